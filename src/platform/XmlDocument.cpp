@@ -1,0 +1,253 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/XmlDocument.h"
+
+#include "platform/XmlSecurity.h"
+#include "platform/XmlText.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QSaveFile>
+#include <algorithm>
+#include <utility>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <libxml/xmlsave.h>
+#include <vector>
+
+namespace {
+
+// Nodes that left the tree or never joined it, freed with the document. Kept in the tree's
+// own _private slot so that the static node operations can reach it.
+struct FloatingNodes {
+    std::vector<xmlNode*> nodes;
+};
+
+FloatingNodes* FloatingOf(xmlDoc* doc) {
+    if (!doc->_private) {
+        doc->_private = new FloatingNodes;
+    }
+    return static_cast<FloatingNodes*>(doc->_private);
+}
+
+void Keep(xmlNode* node) {
+    if (node && node->doc) {
+        FloatingOf(node->doc)->nodes.push_back(node);
+    }
+}
+
+void FreeDocument(xmlDoc* doc) {
+    if (!doc) {
+        return;
+    }
+    if (auto* floating = static_cast<FloatingNodes*>(doc->_private)) {
+        // Only roots of detached subtrees are freed; a kept node that was linked again (or sits
+        // inside another kept subtree) goes with its parent. Decide all before freeing any.
+        std::vector<xmlNode*> roots;
+        for (xmlNode* node : floating->nodes) {
+            if (!node->parent) {
+                roots.push_back(node);
+            }
+        }
+        std::sort(roots.begin(), roots.end());
+        roots.erase(std::unique(roots.begin(), roots.end()), roots.end());
+        for (xmlNode* node : roots) {
+            xmlFreeNode(node);
+        }
+        delete floating;
+        doc->_private = nullptr;
+    }
+    xmlFreeDoc(doc);
+}
+
+int ParserFlags(const XmlParseOptions& options) {
+    int flags = XML_PARSE_NOBLANKS | XML_PARSE_NOCDATA | XML_PARSE_NONET | XML_PARSE_NOENT |
+                XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+    if (options.loadMappedDtd) {
+        flags |= XML_PARSE_DTDLOAD;
+    }
+    return flags;
+}
+
+QString ErrorText(xmlParserCtxt* ctxt) {
+    const xmlError* error = xmlCtxtGetLastError(ctxt);
+    if (!error || !error->message) {
+        return QStringLiteral("not well-formed");
+    }
+    return QStringLiteral("line %1: %2").arg(error->line).arg(QString::fromUtf8(error->message).trimmed());
+}
+
+} // namespace
+
+XmlDocument::XmlDocument() : m_doc(xmlNewDoc(reinterpret_cast<const xmlChar*>("1.0"))) {}
+
+XmlDocument::XmlDocument(xmlDoc* doc) : m_doc(doc) {}
+
+XmlDocument::~XmlDocument() {
+    FreeDocument(m_doc);
+}
+
+XmlDocument::XmlDocument(XmlDocument&& other) noexcept : m_doc(std::exchange(other.m_doc, nullptr)) {}
+
+XmlDocument& XmlDocument::operator=(XmlDocument&& other) noexcept {
+    if (this != &other) {
+        FreeDocument(m_doc);
+        m_doc = std::exchange(other.m_doc, nullptr);
+    }
+    return *this;
+}
+
+XmlDocument XmlDocument::Adopt(xmlDoc* doc) {
+    return XmlDocument(doc);
+}
+
+XmlDocument XmlDocument::Parse(const QByteArray& bytes, QString* error, const XmlParseOptions& options) {
+    XmlSecurity::Install();
+    std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> ctxt(xmlNewParserCtxt(), &xmlFreeParserCtxt);
+    if (!ctxt) {
+        if (error) {
+            *error = QStringLiteral("out of memory");
+        }
+        return XmlDocument(nullptr);
+    }
+    const QByteArray url = options.baseUrl.toUtf8();
+    xmlDoc* doc = xmlCtxtReadMemory(ctxt.get(), bytes.constData(), int(bytes.size()),
+                                    url.isEmpty() ? nullptr : url.constData(), nullptr, ParserFlags(options));
+    if (!doc || !ctxt->wellFormed) {
+        if (error) {
+            *error = ErrorText(ctxt.get());
+        }
+        if (doc) {
+            xmlFreeDoc(doc);
+        }
+        return XmlDocument(nullptr);
+    }
+    return XmlDocument(doc);
+}
+
+XmlDocument XmlDocument::Load(const QString& path, QString* error, const XmlParseOptions& options) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (error) {
+            *error = file.errorString();
+        }
+        return XmlDocument(nullptr);
+    }
+    XmlParseOptions withBase = options;
+    if (withBase.baseUrl.isEmpty()) {
+        withBase.baseUrl = path;
+    }
+    return Parse(file.readAll(), error, withBase);
+}
+
+XmlNode XmlDocument::DocumentElement() const {
+    return XmlNode(m_doc ? xmlDocGetRootElement(m_doc) : nullptr);
+}
+
+void XmlDocument::SetDocumentElement(XmlNode element) {
+    if (!m_doc || element.IsNull() || element.Raw()->doc != m_doc) {
+        return;
+    }
+    xmlUnlinkNode(element.Raw());
+    if (xmlNode* old = xmlDocSetRootElement(m_doc, element.Raw())) {
+        Keep(old);
+    }
+}
+
+XmlNode XmlDocument::CreateElement(const QString& name) {
+    if (!m_doc) {
+        return {};
+    }
+    xmlNode* node = xmlNewDocNode(m_doc, nullptr, XmlText::Chars(name.toUtf8()), nullptr);
+    Keep(node);
+    return XmlNode(node);
+}
+
+XmlNode XmlDocument::CreateTextElement(const QString& name, const QString& text) {
+    XmlNode node = CreateElement(name);
+    node.SetText(text);
+    return node;
+}
+
+XmlNode XmlDocument::ImportNode(XmlNode node) {
+    if (!m_doc || node.IsNull()) {
+        return {};
+    }
+    xmlNode* copy = xmlDocCopyNode(node.Raw(), m_doc, 1);
+    Keep(copy);
+    return XmlNode(copy);
+}
+
+void XmlDocument::RemoveChild(XmlNode parent, XmlNode child) {
+    if (parent.IsNull() || child.IsNull() || child.Raw()->parent != parent.Raw()) {
+        return;
+    }
+    xmlUnlinkNode(child.Raw());
+    Keep(child.Raw());
+}
+
+void XmlDocument::ReplaceChild(XmlNode old, XmlNode replacement) {
+    if (old.IsNull() || replacement.IsNull() || !old.Raw()->parent || old.Raw()->doc != replacement.Raw()->doc) {
+        return;
+    }
+    xmlUnlinkNode(replacement.Raw());
+    xmlReplaceNode(old.Raw(), replacement.Raw());
+    Keep(old.Raw());
+}
+
+namespace {
+
+// Streams the serialised root element to `device`, then a line break; false when a write failed.
+bool WriteTree(xmlNode* root, QIODevice& device) {
+    struct Sink {
+        QIODevice* device;
+        bool failed = false;
+    } sink{&device};
+    auto write = [](void* context, const char* data, int length) -> int {
+        auto* target = static_cast<Sink*>(context);
+        if (target->device->write(data, length) != length) {
+            target->failed = true;
+            return -1;
+        }
+        return length;
+    };
+    xmlSaveCtxt* save = xmlSaveToIO(write, nullptr, &sink, "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
+    if (!save) {
+        return false;
+    }
+    xmlSaveTree(save, root);
+    const bool flushed = xmlSaveClose(save) >= 0;
+    return flushed && !sink.failed && device.write("\n", 1) == 1;
+}
+
+} // namespace
+
+QByteArray XmlDocument::ToBytes() const {
+    const XmlNode root = DocumentElement();
+    QByteArray bytes;
+    if (root.IsNull()) {
+        return bytes;
+    }
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    WriteTree(root.Raw(), buffer);
+    return bytes;
+}
+
+bool XmlDocument::Save(const QString& path, QString* error) const {
+    const XmlNode root = DocumentElement();
+    if (root.IsNull()) {
+        if (error) {
+            *error = QStringLiteral("the document has no root element");
+        }
+        return false;
+    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !WriteTree(root.Raw(), file) || !file.commit()) {
+        if (error) {
+            *error = file.errorString();
+        }
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/XmlDocument.h"
+#include "platform/XmlSecurity.h"
+#include "platform/XsltStylesheet.h"
+#include "support/TestHome.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+XmlDocument ParseOk(const char* text) {
+    QString error;
+    XmlDocument doc = XmlDocument::Parse(QByteArray(text), &error);
+    EXPECT_FALSE(doc.IsNull()) << error.toStdString();
+    return doc;
+}
+
+} // namespace
+
+TEST(XmlDocumentTest, WhitespaceBetweenElementsIsNoChildAndCdataReadsAsText) {
+    const XmlDocument doc = ParseOk("<channel>\n  <title>  News </title>\n  <description><![CDATA[<b>bold</b>]]></description>\n</channel>");
+    const XmlNode root = doc.DocumentElement();
+    const XmlNode first = root.FirstChild();
+    ASSERT_TRUE(first.IsElement());
+    EXPECT_EQ(first.Name(), QStringLiteral("title"));
+    EXPECT_EQ(first.FirstChild().Text(), QStringLiteral("  News "));
+    EXPECT_EQ(root.ChildNodes().size(), 2u);
+    const XmlNode description = root.FirstChildElement(QStringLiteral("description"));
+    ASSERT_TRUE(description.FirstChild().IsText());
+    EXPECT_EQ(description.FirstChild().Text(), QStringLiteral("<b>bold</b>"));
+}
+
+TEST(XmlDocumentTest, NamesKeepPrefixesAndTextJoinsDescendants) {
+    const XmlDocument doc = ParseOk(R"(<item xmlns:dc="http://purl.org/dc/elements/1.1/"><dc:date>2005</dc:date><a>x<b>y</b>z</a></item>)");
+    const XmlNode root = doc.DocumentElement();
+    EXPECT_EQ(root.FirstChild().Name(), QStringLiteral("dc:date"));
+    EXPECT_EQ(root.FirstChildElement(QStringLiteral("a")).Text(), QStringLiteral("xyz"));
+    EXPECT_TRUE(root.FirstChildElement(QStringLiteral("date")).IsNull());
+}
+
+TEST(XmlDocumentTest, XPathSelectsFromTheContextNode) {
+    const XmlDocument doc = ParseOk("<bank><item channel='a'><t>1</t></item><item channel='b'><t>2</t></item><item channel='a'><t>3</t></item></bank>");
+    const auto found = doc.DocumentElement().SelectNodes(QStringLiteral("item[@channel='a']"));
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found[1].Text(), QStringLiteral("3"));
+    EXPECT_EQ(doc.DocumentElement().SelectSingleNode(QStringLiteral("item/t[.='2']")).Text(), QStringLiteral("2"));
+    EXPECT_TRUE(doc.DocumentElement().SelectNodes(QStringLiteral("item[@channel='")).empty());
+}
+
+TEST(XmlDocumentTest, BuildsAndSavesWithoutDeclarationAtomically) {
+    TestHome home;
+    XmlDocument doc;
+    XmlNode root = doc.CreateElement(QStringLiteral("tamselprofiles"));
+    doc.SetDocumentElement(root);
+    XmlNode user = root.AppendChild(doc.CreateElement(QStringLiteral("user")));
+    user.AppendChild(doc.CreateTextElement(QStringLiteral("username"), QStringLiteral("Zoë & <Co>")));
+    user.SetAttribute(QStringLiteral("a"), QStringLiteral("\"q\""));
+    const QString path = home.File(QStringLiteral("out.xml"));
+    ASSERT_TRUE(doc.Save(path));
+    EXPECT_EQ(home.Read(QStringLiteral("out.xml")),
+              QByteArray("<tamselprofiles><user a=\"&quot;q&quot;\"><username>Zo\xC3\xAB &amp; &lt;Co&gt;</username></user></tamselprofiles>\n"));
+
+    // A save that cannot happen leaves the old file whole.
+    XmlDocument empty;
+    QString error;
+    EXPECT_FALSE(empty.Save(path, &error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_TRUE(home.Read(QStringLiteral("out.xml")).startsWith("<tamselprofiles>"));
+    EXPECT_FALSE(doc.Save(home.File(QStringLiteral("missing-folder/x.xml"))));
+}
+
+TEST(XmlDocumentTest, RemovedAndReplacedNodesStayReadableUntilTheDocumentGoes) {
+    XmlDocument doc = ParseOk("<bank><item><title>old</title></item><item><title>gone</title></item></bank>");
+    const XmlNode root = doc.DocumentElement();
+    const auto items = root.ChildNodes();
+    XmlNode replacement = doc.ImportNode(ParseOk("<item><title>new</title></item>").DocumentElement());
+    XmlDocument::ReplaceChild(items[0], replacement);
+    XmlDocument::RemoveChild(root, items[1]);
+    EXPECT_EQ(items[0].Text(), QStringLiteral("old"));
+    EXPECT_EQ(items[1].Text(), QStringLiteral("gone"));
+    ASSERT_EQ(root.ChildNodes().size(), 1u);
+    EXPECT_EQ(root.FirstChild().Text(), QStringLiteral("new"));
+    // A created node that never joins the tree is freed with the document (checked by ASan).
+    doc.CreateElement(QStringLiteral("orphan"));
+}
+
+TEST(XmlDocumentTest, SetTextKeepsMarkupLiteral) {
+    XmlDocument doc = ParseOk("<item><read>false</read></item>");
+    XmlNode read = doc.DocumentElement().FirstChild();
+    const XmlNode textNode = read.FirstChild();
+    read.SetText(QStringLiteral("true"));
+    EXPECT_EQ(textNode.Text(), QStringLiteral("true"));
+    read.SetText(QStringLiteral("&amp; <x/>"));
+    EXPECT_EQ(read.Text(), QStringLiteral("&amp; <x/>"));
+    EXPECT_TRUE(read.FirstChild().IsText());
+}
+
+TEST(XmlDocumentTest, BrokenDocumentsGiveAReason) {
+    QString error;
+    EXPECT_TRUE(XmlDocument::Parse("<a><b></a>", &error).IsNull());
+    EXPECT_TRUE(error.contains(QStringLiteral("line 1")));
+    EXPECT_TRUE(XmlDocument::Parse("", &error).IsNull());
+    EXPECT_TRUE(XmlDocument::Load(QStringLiteral("/nonexistent/file.xml"), &error).IsNull());
+}
+
+TEST(XmlSecurityTest, ExternalEntityNamingALocalFileIsNeverRead) {
+    TestHome home;
+    home.Write(QStringLiteral("secret.txt"), "TOPSECRET");
+    const QByteArray secretUrl = "file://" + home.File(QStringLiteral("secret.txt")).toUtf8();
+    const QByteArray attacks[] = {
+        "<!DOCTYPE r [<!ENTITY x SYSTEM \"" + secretUrl + "\">]><r>&x;</r>",
+        "<!DOCTYPE r [<!ENTITY % p SYSTEM \"" + secretUrl + "\"> %p;]><r/>",
+        "<!DOCTYPE r SYSTEM \"" + secretUrl + "\"><r>a</r>",
+        "<!DOCTYPE r [<!ENTITY x SYSTEM \"http://127.0.0.1:9/x\">]><r>&x;</r>",
+    };
+    for (const QByteArray& attack : attacks) {
+        for (bool loadDtd : {false, true}) {
+            XmlParseOptions options;
+            options.loadMappedDtd = loadDtd;
+            const XmlDocument doc = XmlDocument::Parse(attack, nullptr, options);
+            if (!doc.IsNull()) {
+                EXPECT_FALSE(doc.ToBytes().contains("TOPSECRET")) << attack.toStdString();
+            }
+        }
+    }
+}
+
+TEST(XmlSecurityTest, BillionLaughsIsRefusedQuickly) {
+    QByteArray doc = "<!DOCTYPE lolz [<!ENTITY lol \"lol\">";
+    QByteArray previous = "lol";
+    for (int i = 1; i <= 9; ++i) {
+        const QByteArray name = "lol" + QByteArray::number(i);
+        doc += "<!ENTITY " + name + " \"" + QByteArray("&" + previous + ";").repeated(10) + "\">";
+        previous = name;
+    }
+    doc += "]><lolz>&" + previous + ";</lolz>";
+    QString error;
+    EXPECT_TRUE(XmlDocument::Parse(doc, &error).IsNull());
+    EXPECT_FALSE(error.isEmpty());
+}
+
+TEST(XmlSecurityTest, InternalEntitiesAreSubstituted) {
+    const XmlDocument doc = ParseOk("<!DOCTYPE r [<!ENTITY who \"Tamsel\">]><r>Hello &who;</r>");
+    EXPECT_EQ(doc.DocumentElement().Text(), QStringLiteral("Hello Tamsel"));
+}
+
+TEST(XmlSecurityTest, OnlyMappedDtdsBelowTheTrustedFolderAreRead) {
+    TestHome home;
+    home.Write(QStringLiteral("res/local.dtd"), "<!ENTITY eacute \"&#233;\">");
+    const QString previous = XmlSecurity::TrustedFolder();
+    XmlSecurity::SetTrustedFolder(home.File(QStringLiteral("res")));
+    XmlSecurity::MapDtd(QStringLiteral("-//Test//DTD Local//EN"), home.File(QStringLiteral("res/local.dtd")));
+    XmlParseOptions options;
+    options.loadMappedDtd = true;
+    const XmlDocument doc = XmlDocument::Parse(
+        "<!DOCTYPE r PUBLIC \"-//Test//DTD Local//EN\" \"http://example.invalid/local.dtd\"><r>caf&eacute;</r>", nullptr, options);
+    XmlSecurity::SetTrustedFolder(previous);
+    ASSERT_FALSE(doc.IsNull());
+    EXPECT_EQ(doc.DocumentElement().Text(), QStringLiteral("caf\u00e9"));
+}
+
+TEST(XsltTest, TransformsToDocumentAndToText) {
+    const XmlDocument sheet = ParseOk(R"(<xsl:stylesheet version="1.0" xmlns:xsl="http://www.w3.org/1999/XSL/Transform">
+        <xsl:output method="html" encoding="UTF-8"/>
+        <xsl:template match="/"><html><body><h1><xsl:value-of select="item/title"/></h1></body></html></xsl:template>
+        </xsl:stylesheet>)");
+    QString error;
+    const XsltStylesheet style = XsltStylesheet::Compile(sheet, &error);
+    ASSERT_FALSE(style.IsNull()) << error.toStdString();
+    const XmlDocument input = ParseOk("<item><title>Caf\xC3\xA9 &amp; more</title></item>");
+    const XmlDocument out = style.TransformToDocument(input, &error);
+    ASSERT_FALSE(out.IsNull()) << error.toStdString();
+    EXPECT_EQ(out.DocumentElement().SelectSingleNode(QStringLiteral("body/h1")).Text(), QStringLiteral("Caf\u00e9 & more"));
+    const QByteArray html = style.TransformToBytes(input, &error);
+    EXPECT_TRUE(html.contains("<h1>Caf\xC3\xA9 &amp; more</h1>")) << html.toStdString();
+    EXPECT_TRUE(XsltStylesheet::Compile(ParseOk("<notxslt/>"), &error).IsNull());
+}
+
+TEST(XsltTest, StylesheetsMayNotWriteFilesOrReadOtherFiles) {
+    TestHome home;
+    home.Write(QStringLiteral("secret.xml"), "<s>TOPSECRET</s>");
+    const QString target = home.File(QStringLiteral("written.txt"));
+    const QByteArray sheetText =
+        "<xsl:stylesheet version=\"1.0\" xmlns:xsl=\"http://www.w3.org/1999/XSL/Transform\" "
+        "xmlns:exsl=\"http://exslt.org/common\" extension-element-prefixes=\"exsl\">"
+        "<xsl:template match=\"/\"><out><xsl:value-of select=\"document('file://" +
+        home.File(QStringLiteral("secret.xml")).toUtf8() +
+        "')\"/><exsl:document href=\"" + target.toUtf8() + "\"><x/></exsl:document></out></xsl:template></xsl:stylesheet>";
+    const XsltStylesheet style = XsltStylesheet::Compile(ParseOk(sheetText.constData()));
+    ASSERT_FALSE(style.IsNull());
+    const XmlDocument out = style.TransformToDocument(ParseOk("<r/>"));
+    EXPECT_FALSE(QFile::exists(target));
+    if (!out.IsNull()) {
+        EXPECT_FALSE(out.ToBytes().contains("TOPSECRET"));
+    }
+}
