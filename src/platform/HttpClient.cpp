@@ -30,7 +30,9 @@ public:
         connect(m_reply, &QNetworkReply::finished, this, &NetworkRequest::Finished);
     }
     ~NetworkRequest() override {
-        if (m_reply && m_reply->isRunning()) {
+        // Aborting finishes the reply at once; nobody may hear of it any more.
+        disconnect(m_reply, nullptr, this, nullptr);
+        if (m_reply->isRunning()) {
             m_reply->abort();
         }
     }
@@ -138,10 +140,12 @@ QByteArray HttpClient::OpenURL(const QUrl& url, bool* ok) {
 }
 
 struct NetworkHttpClient::Private {
+    explicit Private(Paths folders) : paths(std::move(folders)) {}
+    Paths paths;
     QNetworkAccessManager manager;
 };
 
-NetworkHttpClient::NetworkHttpClient() : d(std::make_unique<Private>()) {
+NetworkHttpClient::NetworkHttpClient(Paths paths) : d(std::make_unique<Private>(std::move(paths))) {
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     d->manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
 }
@@ -152,7 +156,8 @@ QByteArray NetworkHttpClient::UserAgent() {
     return QByteArrayLiteral("Tamsel/" TAMSEL_VERSION " (feed reader; Linux)");
 }
 
-std::unique_ptr<HttpRequest> NetworkHttpClient::Execute(const QUrl& url, const QByteArray& method) {
+std::unique_ptr<HttpRequest> NetworkHttpClient::Execute(const QUrl& address, const QByteArray& method) {
+    const QUrl url = d->paths.ResolveSiteUrl(address);
     const bool head = method.compare("HEAD", Qt::CaseInsensitive) == 0;
     if (url.isLocalFile()) {
         return std::make_unique<FileRequest>(url.toLocalFile(), head);

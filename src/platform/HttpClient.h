@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 #include <QUrl>
+#include "platform/Paths.h"
 #include <memory>
 
 // One request in flight. It reports exactly once through StateChange: response completed (12)
@@ -52,7 +53,8 @@ public:
 // (no https to http, at most 10), compressed responses, a User-Agent naming Tamsel, a size cap.
 class NetworkHttpClient final : public HttpClient {
 public:
-    NetworkHttpClient();
+    // Addresses of the shipped maker's site ("tamsel://site/...") are read from `paths`.
+    explicit NetworkHttpClient(Paths paths);
     ~NetworkHttpClient() override;
     std::unique_ptr<HttpRequest> Execute(const QUrl& url, const QByteArray& method) override;
 

@@ -79,3 +79,15 @@ QString Paths::SkinFolder(const QString& skinName) const {
     }
     return m_resourceFolder + QStringLiteral("/skins/") + skinName;
 }
+
+QUrl Paths::ResolveSiteUrl(const QUrl& url) const {
+    if (url.scheme() != QStringLiteral("tamsel") || url.host() != QStringLiteral("site")) {
+        return url;
+    }
+    // No address may leave the site folder.
+    const QString path = QDir::cleanPath(QStringLiteral("/") + url.path());
+    if (path.split(u'/').contains(QStringLiteral(".."))) {
+        return QUrl();
+    }
+    return QUrl::fromLocalFile(m_resourceFolder + QStringLiteral("/site") + path);
+}

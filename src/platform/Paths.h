@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 // Where Tamsel finds its files. The resource folder is read-only (the shipped stylesheets, sound,
 // skins and the maker's site); the data folder is writable (profiles and the user's own skins);
@@ -28,6 +29,12 @@ public:
     QString AutostartFolder() const;
     // Skins are looked up in the user's folder first, then among the shipped ones.
     QString SkinFolder(const QString& skinName) const;
+
+    // The maker's site ships with the program and is addressed as "tamsel://site/..." so that
+    // channel keys do not depend on where the program is installed; this gives the file URL.
+    // Other URLs come back unchanged; one that would leave the site folder comes back invalid.
+    QUrl ResolveSiteUrl(const QUrl& url) const;
+    static inline const QString kSiteBase = QStringLiteral("tamsel://site");
 
 private:
     QString m_resourceFolder;
