@@ -80,6 +80,18 @@ bool XmlNode::HasAttribute(const QString& name) const {
     return IsElement() && xmlHasProp(m_node, XmlText::Chars(name.toUtf8())) != nullptr;
 }
 
+std::vector<std::pair<QString, QString>> XmlNode::Attributes() const {
+    std::vector<std::pair<QString, QString>> attributes;
+    if (!IsElement()) {
+        return attributes;
+    }
+    for (xmlAttr* attribute = m_node->properties; attribute; attribute = attribute->next) {
+        XmlText::OwnedChars value(xmlNodeGetContent(reinterpret_cast<xmlNode*>(attribute)));
+        attributes.emplace_back(XmlText::ToQString(attribute->name), XmlText::ToQString(value.get()));
+    }
+    return attributes;
+}
+
 void XmlNode::SetAttribute(const QString& name, const QString& value) {
     if (IsElement()) {
         xmlSetProp(m_node, XmlText::Chars(name.toUtf8()), XmlText::Chars(value.toUtf8()));

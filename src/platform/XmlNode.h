@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <utility>
 #include <vector>
 
 struct _xmlNode;
@@ -30,6 +31,8 @@ public:
 
     QString Attribute(const QString& name) const;
     bool HasAttribute(const QString& name) const;
+    // Every attribute as (local name, value), in document order.
+    std::vector<std::pair<QString, QString>> Attributes() const;
     // Replaces the attribute's value in place, or appends the attribute after the others.
     void SetAttribute(const QString& name, const QString& value);
 
