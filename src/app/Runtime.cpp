@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Runtime.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+Runtime::Runtime(Paths paths, Desktop& desktop)
+    : m_paths(std::move(paths)), m_desktop(desktop), m_settings(m_paths), m_http(m_paths), m_site(m_settings),
+      m_alerts(m_clock, m_settings, m_desktop, m_paths.ResourceFile(QStringLiteral("alert.wav"))) {}
+
+Runtime::~Runtime() = default;
+
+void Runtime::InstallDataFolder() const {
+    QDir().mkpath(m_paths.ProfilesFolder());
+    const QString list = m_paths.ProfilesFolder() + QStringLiteral("/profiles.xml");
+    if (QFileInfo::exists(list) || QDir(m_paths.ProfilesFolder()).entryList({QStringLiteral("profiles.xml.damaged-*")}).size() > 0) {
+        return;
+    }
+    QSaveFile file(list);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write("<tamselprofiles/>\n");
+        file.commit();
+    }
+}
+
+bool Runtime::LoadNamespaceStylesheet(QString* message) {
+    const QString path = m_paths.ResourceFile(QStringLiteral("tamselns.xsl"));
+    QString error;
+    m_namespaceDocument = XmlDocument::Load(path, &error);
+    if (!m_namespaceDocument.IsNull()) {
+        m_namespaceTransform = XsltStylesheet::Compile(m_namespaceDocument, &error);
+    }
+    if (m_namespaceDocument.IsNull() || m_namespaceTransform.IsNull()) {
+        m_namespaceDocument = XmlDocument::Adopt(nullptr);
+        if (message) {
+            *message = path + QStringLiteral("  -  File not found");
+        }
+        return false;
+    }
+    return true;
+}

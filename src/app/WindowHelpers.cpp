@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/WindowHelpers.h"
+
+#include "app/WindowPlacement.h"
+
+#include <QApplication>
+#include <QWidget>
+#include <QWindow>
+
+namespace {
+
+QString SectionOf(const QWidget* window, const QString& section) {
+    return section.isEmpty() ? window->windowTitle() : section;
+}
+
+int StateOf(const QWidget* window) {
+    if (window->isMinimized()) {
+        return WindowPlacement::Minimized;
+    }
+    return window->isMaximized() ? WindowPlacement::Maximized : WindowPlacement::Normal;
+}
+
+} // namespace
+
+void DragWindow(QWidget* window) {
+    if (window && !window->isMaximized() && window->windowHandle()) {
+        window->windowHandle()->startSystemMove();
+    }
+}
+
+void DragWindowEdge(QWidget* window, Qt::MouseButton button, Qt::Edges edges) {
+    if (window && button == Qt::LeftButton && StateOf(window) == WindowPlacement::Normal && window->windowHandle()) {
+        window->windowHandle()->startSystemResize(edges);
+    }
+}
+
+void SetTopMost(QWidget* window, bool onTop) {
+    if (!window || window->windowFlags().testFlag(Qt::WindowStaysOnTopHint) == onTop) {
+        return;
+    }
+    const bool visible = window->isVisible();
+    window->setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+    // Changing a window flag hides the window; it comes back where it was.
+    if (visible) {
+        window->show();
+    }
+}
+
+void BeginBusy(QWidget* window) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    if (window) {
+        window->setEnabled(false);
+    }
+}
+
+void EndBusy(QWidget* window) {
+    if (QApplication::overrideCursor()) {
+        QApplication::restoreOverrideCursor();
+    }
+    if (window) {
+        window->setEnabled(true);
+    }
+}
+
+bool IsFormLoaded(const QWidget* window) {
+    return window && QApplication::topLevelWidgets().contains(const_cast<QWidget*>(window));
+}
+
+void SaveWindowPlacement(CRegSettings& settings, const QWidget* window, const QString& section) {
+    WindowPlacement placement{StateOf(window), window->geometry()};
+    placement.Save(settings, SectionOf(window, section));
+}
+
+void RestoreWindowPlacement(CRegSettings& settings, QWidget* window, const QString& section) {
+    const auto placement = WindowPlacement::Restore(settings, SectionOf(window, section));
+    if (!placement) {
+        return;
+    }
+    switch (placement->state) {
+    case WindowPlacement::Minimized:
+        window->setWindowState(Qt::WindowMinimized);
+        break;
+    case WindowPlacement::Maximized:
+        window->setWindowState(Qt::WindowMaximized);
+        break;
+    default:
+        window->setWindowState(Qt::WindowNoState);
+        window->setGeometry(placement->geometry);
+        break;
+    }
+}
