@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
         return 0;
     }
 
-    SystemDesktop desktop;
+    SystemDesktop desktop(paths);
     Runtime runtime(paths, desktop);
     QString message;
     if (!runtime.LoadNamespaceStylesheet(&message)) {

@@ -7,7 +7,7 @@
 #include <QSoundEffect>
 #include <QUrl>
 
-SystemDesktop::SystemDesktop() = default;
+SystemDesktop::SystemDesktop(Paths paths) : m_paths(std::move(paths)) {}
 SystemDesktop::~SystemDesktop() = default;
 
 void SystemDesktop::PlaySound(const QString& path) {
@@ -25,7 +25,7 @@ void SystemDesktop::PlaySound(const QString& path) {
 }
 
 void SystemDesktop::OpenDocument(const QString& urlOrPath) {
-    const QUrl url = QUrl::fromUserInput(urlOrPath);
+    const QUrl url = m_paths.ResolveSiteUrl(QUrl::fromUserInput(urlOrPath));
     if (url.isValid()) {
         QDesktopServices::openUrl(url);
     }
