@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
 
     const Paths paths = Paths::FromEnvironment();
     XmlSecurity::SetTrustedFolder(paths.ResourceFolder());
+    XmlSecurity::MapShippedDtds(paths.ResourceFolder());
     SingleInstance instance(paths.DataFolder());
     if (!instance.Acquire()) {
         return 0;

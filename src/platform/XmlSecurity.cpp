@@ -81,6 +81,21 @@ void MapDtd(const QString& publicOrSystemId, const QString& localFile) {
     TheGuard().dtds.insert(publicOrSystemId, localFile);
 }
 
+void MapShippedDtds(const QString& resourceFolder) {
+    struct ShippedDtd {
+        const char* id;
+        const char* file;
+    };
+    static constexpr ShippedDtd kShippedDtds[] = {
+        {"-//Netscape Communications//DTD RSS 0.91//EN", "dtd/rss-0.91.dtd"},
+        {"http://my.netscape.com/publish/formats/rss-0.91.dtd", "dtd/rss-0.91.dtd"},
+    };
+    const QDir folder(resourceFolder);
+    for (const ShippedDtd& dtd : kShippedDtds) {
+        MapDtd(QString::fromLatin1(dtd.id), folder.filePath(QString::fromLatin1(dtd.file)));
+    }
+}
+
 bool IsTrustedFile(const QString& path) {
     const QString folder = TheGuard().trustedFolder;
     if (folder.isEmpty() || path.isEmpty()) {

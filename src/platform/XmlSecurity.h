@@ -16,6 +16,9 @@ void SetTrustedFolder(const QString& folder);
 QString TrustedFolder();
 // Lets a DTD named by `publicOrSystemId` be read from `localFile` (below the trusted folder).
 void MapDtd(const QString& publicOrSystemId, const QString& localFile);
+// Maps the identifiers of the DTDs that the program ships below `resourceFolder` (dtd/) to those
+// files, so that documents naming them (RSS 0.91 feeds) get their entities without the network.
+void MapShippedDtds(const QString& resourceFolder);
 // Whether `path` lies below the trusted folder.
 bool IsTrustedFile(const QString& path);
 

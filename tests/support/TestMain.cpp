@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
     qputenv("TAMSEL_RESOURCES", QByteArrayLiteral(TAMSEL_BUILD_DATA_DIR));
     TestApplication app(argc, argv);
     XmlSecurity::SetTrustedFolder(QStringLiteral(TAMSEL_BUILD_DATA_DIR));
+    XmlSecurity::MapShippedDtds(QStringLiteral(TAMSEL_BUILD_DATA_DIR));
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
