@@ -13,7 +13,13 @@ Runtime::Runtime(Paths paths, Desktop& desktop)
 
 Runtime::~Runtime() = default;
 
-void Runtime::InstallDataFolder() const {
+void Runtime::InstallDataFolder() {
+    // The skin loader reads an unset skin name as "no skin"; a new installation wears the default.
+    const QString settings = QStringLiteral("SETTINGS");
+    const QString skinName = QStringLiteral("SKINNAME");
+    if (m_settings.GetSetting(settings, skinName, QString()).isEmpty()) {
+        m_settings.SaveSetting(settings, skinName, QStringLiteral("Default"));
+    }
     QDir().mkpath(m_paths.ProfilesFolder());
     const QString list = m_paths.ProfilesFolder() + QStringLiteral("/profiles.xml");
     if (QFileInfo::exists(list) || QDir(m_paths.ProfilesFolder()).entryList({QStringLiteral("profiles.xml.damaged-*")}).size() > 0) {

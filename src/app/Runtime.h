@@ -22,8 +22,8 @@ public:
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
 
-    // Creates the data folder and, on the first start, an empty profile list.
-    void InstallDataFolder() const;
+    // Creates the data folder and, on the first start, an empty profile list and the default skin.
+    void InstallDataFolder();
     // Loads tamselns.xsl; false with the message to show when it is missing or broken.
     bool LoadNamespaceStylesheet(QString* message);
 

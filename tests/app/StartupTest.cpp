@@ -47,9 +47,12 @@ TEST(StartupTest, TheFirstStartPreparesAnEmptyProfileList) {
     Runtime runtime(home.GetPaths(), desktop);
     runtime.InstallDataFolder();
     EXPECT_EQ(home.Read(QStringLiteral("profiles/profiles.xml")), QByteArray("<tamselprofiles/>\n"));
+    EXPECT_EQ(runtime.Settings().GetSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()), QStringLiteral("Default"));
+    runtime.Settings().SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QStringLiteral("Nightfall"));
     home.Write(QStringLiteral("profiles/profiles.xml"), "<tamselprofiles><user><username>A</username></user></tamselprofiles>");
     runtime.InstallDataFolder();
     EXPECT_TRUE(home.Read(QStringLiteral("profiles/profiles.xml")).contains("<username>A</username>"));
+    EXPECT_EQ(runtime.Settings().GetSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()), QStringLiteral("Nightfall"));
 }
 
 TEST(StartupTest, TheProgramEndsWithAnErrorWhenTheStylesheetIsMissing) {
