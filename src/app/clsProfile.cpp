@@ -2,6 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/clsProfile.h"
 
+#include "app/AppHost.h"
+#include "app/MakerSite.h"
+#include "feeds/FeedServices.h"
+#include "feeds/colChannels.h"
+#include "itembank/clsItemBank.h"
 #include "platform/XmlDocument.h"
 
 namespace {
@@ -15,9 +20,12 @@ QString FirstChildText(const XmlNode& node) {
 
 } // namespace
 
-clsProfile::clsProfile(Services services, QObject* parent) : QObject(parent), m_services(std::move(services)) {}
+clsProfile::clsProfile(Services services, AppHost& host, QObject* parent)
+    : QObject(parent), m_services(std::move(services)), m_host(host) {}
 
-clsProfile::~clsProfile() = default;
+clsProfile::~clsProfile() {
+    Deactivate();
+}
 
 QString clsProfile::Folder() const {
     return m_services.paths.ProfileFolder(m_name);
@@ -61,9 +69,46 @@ void clsProfile::SetUserActive() {
     if (m_active) {
         return;
     }
+    m_itemBank = std::make_unique<clsItemBank>(m_services.clock, m_services.paths);
+    m_itemBank->init(m_name);
+    const MakerSite site(m_services.settings);
+    m_channels = std::make_unique<colChannels>(
+        FeedServices{m_services.clock, m_services.settings, m_services.http, m_services.paths, m_host,
+                     m_host.NamespaceTransform(), site.HelpURL(), site.NewsURL()});
+    m_channels->init(m_name);
     m_active = true;
 }
 
 void clsProfile::Deactivate() {
+    // The channels first: they hold lists of the bank's items and may still hold slots.
+    m_channels.reset();
+    if (m_itemBank) {
+        m_itemBank->Release();
+        m_itemBank.reset();
+    }
     m_active = false;
+}
+
+bool clsProfile::AddItem(const XmlNode& item) {
+    return m_itemBank && m_itemBank->AddItem(item);
+}
+
+RSSChannel* clsProfile::GetChannel(const QString& key) const {
+    return m_channels ? m_channels->GetChannel(key) : nullptr;
+}
+
+RSSChannel* clsProfile::GetChannel(int index) const {
+    return m_channels ? m_channels->GetChannel(index) : nullptr;
+}
+
+int clsProfile::ChannelCount() const {
+    return m_channels ? m_channels->ChannelCount() : 0;
+}
+
+bool clsProfile::SaveChannelXML() {
+    return m_active && m_channels && m_channels->SaveChannelXML();
+}
+
+bool clsProfile::SaveOPML(const QString& path) {
+    return m_active && m_channels && m_channels->SaveOPML(path);
 }

@@ -6,9 +6,14 @@
 
 #include <QObject>
 #include <QString>
+#include <memory>
 
+class AppHost;
+class RSSChannel;
 class XmlDocument;
 class XmlNode;
+class clsItemBank;
+class colChannels;
 
 // One profile: a named, independent set of channels, groups, items and Spotlight directory kept
 // in its own folder. Only the active profile holds those members.
@@ -16,7 +21,7 @@ class clsProfile final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(clsProfile)
 public:
-    clsProfile(Services services, QObject* parent = nullptr);
+    clsProfile(Services services, AppHost& host, QObject* parent = nullptr);
     ~clsProfile() override;
 
     QString Name() const { return m_name; }
@@ -40,12 +45,32 @@ public:
     // Releases what the profile owns without saving its channels and groups.
     void Deactivate();
 
+    // The item bank from the start of activation until Deactivate, else none.
+    clsItemBank* ItemBank() const { return m_itemBank.get(); }
+    // Hands an item to the item bank; true when the bank changed. False while inactive.
+    bool AddItem(const XmlNode& item);
+
+    // The channels while active, else none.
+    colChannels* Channels() const { return m_channels.get(); }
+    // By URL (any letter case) or by 1-based position; none when absent or inactive.
+    RSSChannel* GetChannel(const QString& key) const;
+    RSSChannel* GetChannel(int index) const;
+    int ChannelCount() const;
+    // Writes channels.xml when active; false when inactive or it could not be written.
+    bool SaveChannelXML();
+    // Exports the user's channels as OPML; false when inactive or it could not be written.
+    bool SaveOPML(const QString& path);
+
 private:
     void ReadUserFields(const XmlNode& node);
 
     Services m_services;
+    AppHost& m_host;
     QString m_name;
     bool m_default = false;
     bool m_offline = false;
     bool m_active = false;
+    // The bank is declared first so that the channels, which hold lists of its items, go first.
+    std::unique_ptr<clsItemBank> m_itemBank;
+    std::unique_ptr<colChannels> m_channels;
 };

@@ -50,7 +50,7 @@ void colProfiles::ReadUsers(const XmlNode& node) {
             ReadUsers(child);
             continue;
         }
-        auto profile = std::make_unique<clsProfile>(m_services, this);
+        auto profile = std::make_unique<clsProfile>(m_services, m_host, this);
         profile->LoadUser(child);
         // A profile without a name would own the folder of all profiles.
         if (!profile->Name().isEmpty() && !UserExists(profile->Name())) {
@@ -100,7 +100,7 @@ clsProfile* colProfiles::AddUser(const QString& name, bool isDefault, bool offli
         SetDefault(QString());
     }
     QDir().mkpath(m_services.paths.ProfileFolder(name));
-    auto profile = std::make_unique<clsProfile>(m_services, this);
+    auto profile = std::make_unique<clsProfile>(m_services, m_host, this);
     profile->SetName(name);
     profile->SetDefault(isDefault);
     profile->SetOffline(offline);

@@ -40,13 +40,18 @@ int LeadingNumber(const QString& text) {
 clsOPML::clsOPML(Clock& clock, HttpClient& http, AppHost& host, QObject* parent)
     : QObject(parent), m_clock(clock), m_http(http), m_host(host) {}
 
-clsOPML::~clsOPML() = default;
+clsOPML::~clsOPML() {
+    if (m_wait) {
+        m_wait->quit();
+    }
+}
 
 void clsOPML::LoadOPML(const QString& location) {
     m_entries.clear();
     m_location = location;
     m_title = location;
     m_loading = true;
+    m_failed = false;
     m_request = m_http.Execute(UrlOf(location), "GET");
 
     QEventLoop wait;
@@ -59,14 +64,17 @@ void clsOPML::LoadOPML(const QString& location) {
         wait.quit();
     });
     const QPointer<clsOPML> self(this);
+    m_wait = &wait;
     wait.exec();
     if (!self) {
         return;
     }
+    m_wait = nullptr;
     // A completion after the wait must find nobody listening.
     m_request.reset();
     if (m_loading) {
         m_loading = false;
+        m_failed = true;
         Q_EMIT FileTimout();
     } else {
         Q_EMIT FileLoaded();
@@ -82,6 +90,7 @@ void clsOPML::XMLDoc_onreadystatechange(int state) {
     if (!doc.IsNull()) {
         WalkOutlines(doc.DocumentElement());
     } else {
+        m_failed = true;
         m_host.PopupInfo(kReadError + QStringLiteral("\r\n") + m_title, QString(), QString());
     }
     m_loading = false;

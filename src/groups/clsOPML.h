@@ -11,6 +11,7 @@ class AppHost;
 class Clock;
 class HttpClient;
 class HttpRequest;
+class QEventLoop;
 class XmlNode;
 
 // Reads an OPML document from a file or a URL into a list of (URL, title, expire) entries, in the
@@ -30,6 +31,8 @@ public:
     void LoadOPML(const QString& location);
 
     QString Title() const { return m_title; }
+    // Whether the last load could not read a document (missing, unreachable or not well-formed).
+    bool Failed() const { return m_failed; }
     int GetCount() const { return int(m_entries.size()); }
     QString GetURL(int index) const;
     QString GetTitle(int index) const;
@@ -55,6 +58,9 @@ private:
     QString m_location;
     QString m_title;
     bool m_loading = false;
+    bool m_failed = false;
+    // The wait in progress, so that destroying the reader ends it.
+    QEventLoop* m_wait = nullptr;
     std::unique_ptr<HttpRequest> m_request;
     std::vector<Entry> m_entries;
 };

@@ -73,6 +73,26 @@ void LocalHttpServer::Answer(QTcpSocket* socket, const QByteArray& request) {
         socket->abort();
         return;
     }
+    if (route.hold) {
+        m_held.append(Held{QPointer<QTcpSocket>(socket), method, route});
+        return;
+    }
+    Write(socket, method, route);
+}
+
+int LocalHttpServer::ReleaseHeld() {
+    int answered = 0;
+    const QList<Held> held = std::exchange(m_held, {});
+    for (const Held& request : held) {
+        if (request.socket && request.socket->state() == QAbstractSocket::ConnectedState) {
+            Write(request.socket, request.method, request.route);
+            ++answered;
+        }
+    }
+    return answered;
+}
+
+void LocalHttpServer::Write(QTcpSocket* socket, const QByteArray& method, const Route& route) {
     QByteArray answer = "HTTP/1.1 " + QByteArray::number(route.status) + " Status\r\n";
     for (const auto& [name, value] : std::as_const(route.headers)) {
         answer += name + ": " + value + "\r\n";

@@ -6,11 +6,13 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QUrl>
 #include <memory>
 
 class QTcpServer;
+class QTcpSocket;
 
 // A small HTTP/1.1 server on 127.0.0.1 for integration tests. Each path answers as configured;
 // every request is logged as "METHOD /path".
@@ -26,6 +28,8 @@ public:
         bool hang = false;
         // Close the connection without an answer.
         bool reset = false;
+        // Answer only when the test calls ReleaseHeld (a server that is slow, then answers).
+        bool hold = false;
     };
 
     LocalHttpServer();
@@ -37,11 +41,20 @@ public:
     void Redirect(const QString& path, const QUrl& target, int status = 302);
     QStringList Requests() const { return m_requests; }
     void ClearRequests() { m_requests.clear(); }
+    // Answers every held request now (to connections that are still open); the number answered.
+    int ReleaseHeld();
 
 private:
     void Answer(class QTcpSocket* socket, const QByteArray& request);
+    void Write(class QTcpSocket* socket, const QByteArray& method, const Route& route);
 
     std::unique_ptr<QTcpServer> m_server;
     QHash<QString, Route> m_routes;
     QStringList m_requests;
+    struct Held {
+        QPointer<QTcpSocket> socket;
+        QByteArray method;
+        Route route;
+    };
+    QList<Held> m_held;
 };

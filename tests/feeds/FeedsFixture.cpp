@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "FeedsFixture.h"
+
+#include "feeds/RSSChannel.h"
+#include "feeds/colChannels.h"
+#include "itembank/clsItemBank.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+FeedsFixture::FeedsFixture()
+    : settings(home.GetPaths()),
+      namespaceTransform(XsltStylesheet::Load(home.GetPaths().ResourceFile(QStringLiteral("tamselns.xsl")))),
+      site(settings), host(clock, namespaceTransform, site.HelpURL()),
+      profile(Services{clock, settings, http, desktop, home.GetPaths()}, host) {
+    profile.SetName(kProfile);
+}
+
+FeedsFixture::~FeedsFixture() {
+    host.ChangeUser(nullptr);
+    Flush();
+}
+
+void FeedsFixture::Activate(bool keepMakerChannels) {
+    host.ChangeUser(&profile);
+    if (!keepMakerChannels) {
+        profile.Channels()->DelChannel(site.NewsURL());
+        profile.Channels()->DelChannel(site.HelpURL());
+    }
+    host.ClearStateChanges();
+}
+
+clsItemBank& FeedsFixture::Bank() const {
+    return *profile.ItemBank();
+}
+
+QString FeedsFixture::ProfileFolder() const {
+    return home.GetPaths().ProfileFolder(kProfile) + u'/';
+}
+
+FeedServices FeedsFixture::ChannelServices() {
+    return FeedServices{clock,           settings,       http,
+                        home.GetPaths(), host,           namespaceTransform,
+                        site.HelpURL(),  site.NewsURL(), [this] { return randomValue; }};
+}
+
+std::unique_ptr<RSSChannel> FeedsFixture::NewChannel(const QString& url) {
+    auto channel = std::make_unique<RSSChannel>(ChannelServices());
+    channel->CreateRSS(url);
+    channel->SetUsername(kProfile);
+    channel->LoadLocal(ProfileFolder());
+    return channel;
+}
+
+void FeedsFixture::AnswerFullCheck(const QString& url, const QByteArray& body, const QString& lastModified) {
+    ASSERT_TRUE(http.Complete(url, "HEAD", QByteArray(), lastModified))
+        << "no HEAD waits for " << url.toStdString();
+    ASSERT_TRUE(http.Complete(url, "GET", body, lastModified)) << "no GET waits for " << url.toStdString();
+}
+
+void FeedsFixture::Flush() {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QByteArray ExampleFeed() {
+    return QByteArrayLiteral(
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
+        "<rss version=\"2.0\"><channel>"
+        "<title>Example News</title><link>http://example.org/</link>"
+        "<description>News of the example</description>"
+        "<pubDate>Mon, 14 Nov 2005 08:00:00 GMT</pubDate>"
+        "<image><title>Logo "
+        "title</title><url>http://example.org/logo.png</url><link>http://example.org/</link></image>"
+        "<item><title>First</title><link>http://example.org/1</link><description>One</description>"
+        "<guid>g1</guid><pubDate>Tue, 15 Nov 2005 13:45:00 GMT</pubDate></item>"
+        "<item><title>Second</title><description>Two</description><guid>g2</guid></item>"
+        "</channel></rss>");
+}
+
+QByteArray FeedWithItems(const QString& title, int count) {
+    QByteArray feed = "<rss version=\"2.0\"><channel><title>" + title.toUtf8() + "</title>";
+    for (int i = 1; i <= count; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        feed += "<item><title>Item " + n + "</title><description>Text " + n + "</description><guid>g" + n +
+                "</guid><pubDate>Tue, 15 Nov 2005 13:45:00 GMT</pubDate></item>";
+    }
+    return feed + "</channel></rss>";
+}

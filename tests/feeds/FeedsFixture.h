@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/HeadlessHost.h"
+#include "app/MakerSite.h"
+#include "app/Services.h"
+#include "app/clsProfile.h"
+#include "feeds/FeedServices.h"
+#include "platform/CRegSettings.h"
+#include "platform/XsltStylesheet.h"
+#include "support/FakeClock.h"
+#include "support/FakeHttpClient.h"
+#include "support/RecordingDesktop.h"
+#include "support/TestHome.h"
+
+#include <QByteArray>
+#include <QString>
+#include <gtest/gtest.h>
+#include <memory>
+#include <ostream>
+
+class RSSChannel;
+class clsItemBank;
+
+// Texts in failure messages.
+inline void PrintTo(const QString& text, std::ostream* os) {
+    *os << '"' << text.toStdString() << '"';
+}
+
+// A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
+// the shipped namespace stylesheet. Nothing is active until Activate.
+class FeedsFixture : public ::testing::Test {
+protected:
+    static inline const QString kProfile = QStringLiteral("Tester");
+    static inline const QString kFeedUrl = QStringLiteral("http://feeds.example.org/news.xml");
+    static inline const QString kModified = QStringLiteral("Tue, 15 Nov 2005 14:00:00 GMT");
+
+    FeedsFixture();
+    ~FeedsFixture() override;
+
+    // Activates the profile through the host. Without `keepMakerChannels` the maker's two feeds
+    // are taken out again, so that only the test's own channels use the network and the slots.
+    void Activate(bool keepMakerChannels = false);
+    clsItemBank& Bank() const;
+    QString ProfileFolder() const;
+    // What channels of this profile work with; retries use `randomValue`.
+    FeedServices ChannelServices();
+    // A channel the user adds, outside the profile's collection (so the test owns it).
+    std::unique_ptr<RSSChannel> NewChannel(const QString& url = kFeedUrl);
+
+    // Answers the check in flight for `url` as a changed feed: HEAD, then GET with `body`.
+    void AnswerFullCheck(const QString& url, const QByteArray& body, const QString& lastModified = QString());
+    // Lets queued events run, and the requests that channels dropped be destroyed.
+    static void Flush();
+
+    TestHome home;
+    FakeClock clock;
+    CRegSettings settings;
+    FakeHttpClient http;
+    RecordingDesktop desktop;
+    XsltStylesheet namespaceTransform;
+    MakerSite site;
+    HeadlessHost host;
+    clsProfile profile;
+    double randomValue = 0.5;
+};
+
+// A small RSS 2.0 feed: channel "Example News" dated Mon, 14 Nov 2005 08:00:00 GMT, a logo titled
+// "Logo title", and items "First" (dated Tue, 15 Nov 2005 13:45:00 GMT) and "Second" (no date).
+QByteArray ExampleFeed();
+// An RSS 2.0 feed titled `title` with `count` dated items "Item 1" ... (guids g1 ...).
+QByteArray FeedWithItems(const QString& title, int count);
