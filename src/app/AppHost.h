@@ -62,4 +62,11 @@ public:
     }
     // Closes the channel's viewer window, if one is loaded.
     virtual void UnloadViewer(RSSChannel& channel) { Q_UNUSED(channel) }
+
+    // Finds or creates the channel in the active profile, puts it into the group and saves the
+    // groups. An empty URL is ignored.
+    virtual void AddChannel(const QString& url, const QString& groupName) {
+        Q_UNUSED(url)
+        Q_UNUSED(groupName)
+    }
 };

@@ -71,6 +71,9 @@ void HeadlessHost::PopupInfo(const QString& message, const QString& profileName,
     if (!profileName.isEmpty() && (!m_activeProfile || profileName != m_activeProfile->Name())) {
         return;
     }
+    if (!channelKey.isEmpty() && (!m_activeProfile || !m_activeProfile->IsInGroup(channelKey))) {
+        return;
+    }
     m_popups.append(message);
     if (m_printPopups) {
         std::fprintf(stderr, "%s%s%s\n", qUtf8Printable(message), channelKey.isEmpty() ? "" : " - ",
@@ -107,6 +110,13 @@ ChannelViewer* HeadlessHost::LoadViewer(RSSChannel& channel) {
 void HeadlessHost::UnloadViewer(RSSChannel& channel) {
     if (m_viewers.erase(&channel) > 0) {
         m_viewerRequests.append(QStringLiteral("unload ") + channel.URL());
+    }
+}
+
+void HeadlessHost::AddChannel(const QString& url, const QString& groupName) {
+    if (m_activeProfile && !url.trimmed().isEmpty()) {
+        m_activeProfile->AddChannel(url, groupName);
+        m_activeProfile->SaveGroupXML();
     }
 }
 

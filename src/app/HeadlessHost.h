@@ -77,6 +77,7 @@ public:
     ChannelViewer* Viewer(const RSSChannel& channel) const override;
     ChannelViewer* LoadViewer(RSSChannel& channel) override;
     void UnloadViewer(RSSChannel& channel) override;
+    void AddChannel(const QString& url, const QString& groupName) override;
 
     RefreshCoordinator& Coordinator() { return m_coordinator; }
     // Messages are also written to standard error when asked (the command-line tool).

@@ -5,9 +5,15 @@
 #include "app/AppHost.h"
 #include "app/MakerSite.h"
 #include "feeds/FeedServices.h"
+#include "feeds/RSSChannel.h"
 #include "feeds/colChannels.h"
+#include "groups/RSSGroup.h"
+#include "groups/clsSpotlight.h"
+#include "groups/colGroups.h"
 #include "itembank/clsItemBank.h"
 #include "platform/XmlDocument.h"
+
+#include <QCoreApplication>
 
 namespace {
 
@@ -69,23 +75,41 @@ void clsProfile::SetUserActive() {
     if (m_active) {
         return;
     }
+    m_site = std::make_unique<MakerSite>(m_services.settings);
     m_itemBank = std::make_unique<clsItemBank>(m_services.clock, m_services.paths);
-    m_itemBank->init(m_name);
-    const MakerSite site(m_services.settings);
     m_channels = std::make_unique<colChannels>(
         FeedServices{m_services.clock, m_services.settings, m_services.http, m_services.paths, m_host,
-                     m_host.NamespaceTransform(), site.HelpURL(), site.NewsURL()});
+                     m_host.NamespaceTransform(), m_site->HelpURL(), m_site->NewsURL()});
+    m_groups = std::make_unique<colGroups>(m_services.paths, *m_site);
+    connect(m_groups.get(), &colGroups::NewGroup, this, &clsProfile::NewGroup);
+    connect(m_groups.get(), &colGroups::NewChannel, this,
+            [this](const QString& url, RSSGroup* group) { Q_EMIT NewChannel(group, url); });
+    m_spotlight = std::make_unique<clsSpotlight>(m_services, *m_site, m_host);
+
+    m_itemBank->init(m_name);
+    LetPendingEventsRun();
     m_channels->init(m_name);
+    LetPendingEventsRun();
+    m_groups->init(m_name);
+    LetPendingEventsRun();
+    m_spotlight->init(m_name);
     m_active = true;
 }
 
+void clsProfile::LetPendingEventsRun() {
+    QCoreApplication::processEvents();
+}
+
 void clsProfile::Deactivate() {
-    // The channels first: they hold lists of the bank's items and may still hold slots.
+    m_spotlight.reset();
+    m_groups.reset();
+    // The channels before the bank: they hold lists of its items and may still hold slots.
     m_channels.reset();
     if (m_itemBank) {
         m_itemBank->Release();
         m_itemBank.reset();
     }
+    m_site.reset();
     m_active = false;
 }
 
@@ -111,4 +135,78 @@ bool clsProfile::SaveChannelXML() {
 
 bool clsProfile::SaveOPML(const QString& path) {
     return m_active && m_channels && m_channels->SaveOPML(path);
+}
+
+int clsProfile::GroupCount() const {
+    return m_groups ? m_groups->GroupCount() : 0;
+}
+
+RSSGroup* clsProfile::GetGroup(const QString& name) const {
+    return m_groups ? m_groups->Group(name) : nullptr;
+}
+
+RSSGroup* clsProfile::GetGroup(int index) const {
+    return m_groups ? m_groups->Group(index) : nullptr;
+}
+
+bool clsProfile::SaveGroupXML() {
+    return m_active && m_groups && m_groups->SaveGroupXML();
+}
+
+RSSChannel* clsProfile::AddChannel(const QString& url, const QString& groupName) {
+    if (!m_channels || !m_groups) {
+        return nullptr;
+    }
+    RSSChannel* channel = m_channels->AddChannel(url);
+    if (!channel) {
+        return nullptr;
+    }
+    // A URL typed in another letter case names the channel already subscribed; the group
+    // records the channel's own spelling so that it finds it again.
+    m_groups->AssignChannel(groupName, channel->URL());
+    channel->LoadRSS();
+    return channel;
+}
+
+bool clsProfile::AddGroup(const QString& name) {
+    return m_groups && m_groups->AddGroup(name);
+}
+
+bool clsProfile::RenameGroup(const QString& oldName, const QString& newName) {
+    return m_groups && m_groups->Rename(oldName, newName);
+}
+
+void clsProfile::DeleteGroup(const QString& name) {
+    RSSGroup* group = GetGroup(name);
+    if (!group) {
+        return;
+    }
+    Q_EMIT DelGroup(group);
+    m_groups->Remove(name);
+}
+
+void clsProfile::DeleteChannel(const QString& groupName, const QString& key) {
+    RSSGroup* group = GetGroup(groupName);
+    if (!group) {
+        return;
+    }
+    group->DeleteChannel(key);
+    Q_EMIT DelChannel(group, key);
+}
+
+void clsProfile::RemoveChannel(const QString& key) {
+    if (!m_channels || !m_groups) {
+        return;
+    }
+    for (int i = 1; i <= m_groups->GroupCount(); ++i) {
+        m_groups->Group(i)->DeleteChannel(key);
+    }
+    if (RSSChannel* channel = m_channels->GetChannel(key)) {
+        channel->KillMe();
+    }
+    m_channels->DelChannel(key);
+}
+
+bool clsProfile::IsInGroup(const QString& key) const {
+    return m_groups && m_groups->IsInGroup(key);
 }

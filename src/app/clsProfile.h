@@ -9,11 +9,15 @@
 #include <memory>
 
 class AppHost;
+class MakerSite;
 class RSSChannel;
+class RSSGroup;
 class XmlDocument;
 class XmlNode;
 class clsItemBank;
+class clsSpotlight;
 class colChannels;
+class colGroups;
 
 // One profile: a named, independent set of channels, groups, items and Spotlight directory kept
 // in its own folder. Only the active profile holds those members.
@@ -61,8 +65,39 @@ public:
     // Exports the user's channels as OPML; false when inactive or it could not be written.
     bool SaveOPML(const QString& path);
 
+    // The groups while active, else none.
+    colGroups* Groups() const { return m_groups.get(); }
+    int GroupCount() const;
+    // By name (any letter case) or by 1-based position; none when absent or inactive.
+    RSSGroup* GetGroup(const QString& name) const;
+    RSSGroup* GetGroup(int index) const;
+    // Writes groups.xml when active; false when inactive or it could not be written.
+    bool SaveGroupXML();
+
+    // Finds or creates the channel, puts it into the group and starts its first fetch; the
+    // channel found (none for an empty URL or an inactive profile).
+    RSSChannel* AddChannel(const QString& url, const QString& groupName);
+    bool AddGroup(const QString& name);
+    // False when another group already has the new name in any letter case.
+    bool RenameGroup(const QString& oldName, const QString& newName);
+    // Raises DelGroup, then removes the group; its channels stay subscribed.
+    void DeleteGroup(const QString& name);
+    // Takes the channel out of one group and raises DelChannel; it stays subscribed.
+    void DeleteChannel(const QString& groupName, const QString& key);
+    // Unsubscribes: out of every group, fetching stopped, items removed, channel gone.
+    void RemoveChannel(const QString& key);
+    bool IsInGroup(const QString& key) const;
+
+Q_SIGNALS:
+    void NewGroup(RSSGroup* group);
+    void NewChannel(RSSGroup* group, const QString& key);
+    void DelChannel(RSSGroup* group, const QString& key);
+    void DelGroup(RSSGroup* group);
+
 private:
     void ReadUserFields(const XmlNode& node);
+    // Lets timer and network events that arrived meanwhile run between the steps of activation.
+    static void LetPendingEventsRun();
 
     Services m_services;
     AppHost& m_host;
@@ -70,7 +105,12 @@ private:
     bool m_default = false;
     bool m_offline = false;
     bool m_active = false;
-    // The bank is declared first so that the channels, which hold lists of its items, go first.
+    // Declared in the order of activation; released in the reverse order by Deactivate. The
+    // channels hold lists of the bank's items and must go before it.
+    std::unique_ptr<MakerSite> m_site;
     std::unique_ptr<clsItemBank> m_itemBank;
     std::unique_ptr<colChannels> m_channels;
+    std::unique_ptr<colGroups> m_groups;
+    // Releasing it during its wait for the list ends the wait; nothing of it runs afterwards.
+    std::unique_ptr<clsSpotlight> m_spotlight;
 };

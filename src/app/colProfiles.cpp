@@ -116,5 +116,12 @@ bool colProfiles::SaveAllXML() {
     }
     doc.SetDocumentElement(root);
     QDir().mkpath(m_services.paths.ProfilesFolder());
-    return doc.Save(FilePath());
+    bool saved = doc.Save(FilePath());
+    for (const auto& user : m_users) {
+        if (user->Active()) {
+            saved = user->SaveGroupXML() && saved;
+            saved = user->SaveChannelXML() && saved;
+        }
+    }
+    return saved;
 }

@@ -15,6 +15,8 @@ FeedsFixture::FeedsFixture()
       site(settings), host(clock, namespaceTransform, site.HelpURL()),
       profile(Services{clock, settings, http, desktop, home.GetPaths()}, host) {
     profile.SetName(kProfile);
+    // The Spotlight directory has tests of its own.
+    http.Ignore(site.SpotlightURL());
 }
 
 FeedsFixture::~FeedsFixture() {

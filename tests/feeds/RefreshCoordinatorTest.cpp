@@ -138,13 +138,19 @@ TEST_F(RefreshCoordinatorTest, ReportsOfOtherProfilesAndUnknownChannelsAreIgnore
     clock.Advance(RefreshCoordinator::kFolderRecountMs);
 }
 
-TEST_F(RefreshCoordinatorTest, HostRecordsMessagesOfTheActiveProfileOnly) {
+TEST_F(RefreshCoordinatorTest, HostRecordsMessagesOfTheActiveProfileAndGroupedChannelsOnly) {
     host.PopupInfo(u"Error Reading OPML File !!!"_s, QString(), QString());
     host.PopupInfo(u"Of nobody"_s, kProfile, QString());
     Activate();
-    host.PopupInfo(u"Of the active profile"_s, kProfile, kFeedUrl);
+    host.PopupInfo(u"Of the active profile"_s, kProfile, QString());
     host.PopupInfo(u"Of another profile"_s, u"Other"_s, QString());
-    EXPECT_EQ(host.Popups(), (QStringList{u"Error Reading OPML File !!!"_s, u"Of the active profile"_s}));
+    host.PopupInfo(u"Of a channel in no group"_s, kProfile, kFeedUrl);
+    profile.AddChannel(kFeedUrl, u"My Channels"_s);
+    profile.AddGroup(u"My Channels"_s);
+    profile.AddChannel(kFeedUrl, u"My Channels"_s);
+    host.PopupInfo(u"Of a grouped channel"_s, kProfile, kFeedUrl);
+    EXPECT_EQ(host.Popups(), (QStringList{u"Error Reading OPML File !!!"_s, u"Of the active profile"_s,
+                                          u"Of a grouped channel"_s}));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "groups/clsOPML.h"
 #include "platform/HttpClient.h"
 #include "support/FakeClock.h"
+#include "support/FakeHttpClient.h"
 #include "support/LocalHttpServer.h"
 #include "support/TestHome.h"
 
@@ -101,4 +102,35 @@ TEST_F(OpmlTest, ReadsFromAUrl) {
     EXPECT_EQ(loaded.count(), 1);
     EXPECT_EQ(OPML.Title(), QStringLiteral("Spotlight"));
     EXPECT_EQ(OPML.GetCount(), 1);
+}
+
+TEST(OpmlLateAnswerTest, AnAnswerAfterTheTimeOutOrAfterTheReadersEndIsIgnored) {
+    FakeClock clock;
+    FakeHttpClient http;
+    RecordingHost host;
+    const QString url = QStringLiteral("http://lists.example.org/late.opml");
+    const QByteArray list = "<opml><body><outline text=\"A\" xmlUrl=\"http://a/\"/></body></opml>";
+
+    clsOPML OPML(clock, http, host);
+    QSignalSpy loaded(&OPML, &clsOPML::FileLoaded);
+    QTimer::singleShot(0, [&] { clock.Advance(clsOPML::kWaitMs); });
+    OPML.LoadOPML(url);
+    EXPECT_EQ(loaded.count(), 0);
+    EXPECT_FALSE(http.Complete(url, "GET", list)) << "nobody listens any more";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(OPML.GetCount(), 0);
+
+    // A reader destroyed while it waits: its wait ends and the answer reaches nobody.
+    auto doomed = std::make_unique<clsOPML>(clock, http, host);
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        if (http.Waiting(url, "GET") > 0) {
+            poll.stop();
+            doomed.reset();
+        }
+    });
+    poll.start(0);
+    doomed->LoadOPML(url);
+    EXPECT_EQ(doomed, nullptr) << "the wait ended when the reader went";
+    EXPECT_FALSE(http.Complete(url, "GET", list));
 }

@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QList>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <utility>
@@ -43,6 +44,8 @@ public:
     bool Fail(const QString& url, const QByteArray& method);
     // Every later request of that URL and method is answered so from the event loop.
     void AnswerAlways(const QString& url, const QByteArray& method, const Answer& answer);
+    // Requests of that URL are neither logged nor answered: a service the test does not look at.
+    void Ignore(const QString& url) { m_ignored.insert(url); }
 
     class Request;
 
@@ -50,4 +53,5 @@ private:
     QStringList m_log;
     QList<QPointer<Request>> m_waiting;
     QHash<QString, Answer> m_standing;
+    QSet<QString> m_ignored;
 };
