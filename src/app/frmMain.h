@@ -3,18 +3,23 @@
 #pragma once
 
 #include "app/AppHost.h"
+#include "app/RefreshCoordinator.h"
 
 #include <QWidget>
 #include <memory>
 
 class QLabel;
+class QTreeWidget;
+class QTreeWidgetItem;
+class RSSGroup;
 class Runtime;
 class clsProfile;
 class colProfiles;
 
-// The main window: owns the profile list and the active profile. For now it shows which
-// profile is active; the tree, the menus and the tray join it later.
-class frmMain final : public QWidget, public AppHost {
+// The main window: owns the profile list and the active profile, shares the connection slots
+// among the channels and shows the active profile's groups and channels with their counts. The
+// skinned tree with folders, menus and the tray replace this plain tree later.
+class frmMain final : public QWidget, public AppHost, private RefreshCoordinator::Target {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(frmMain)
 public:
@@ -22,6 +27,16 @@ public:
     ~frmMain() override;
 
     void PopupInfo(const QString& message, const QString& profileName, const QString& channelKey) override;
+    bool RequestConnect() override { return m_coordinator.RequestConnect(); }
+    void ConnectRelease() override { m_coordinator.ConnectRelease(); }
+    void StateChange(const QString& profileName, RSSChannel& channel) override;
+    bool AddRSSItem(const XmlNode& item) override;
+    clsProfile* ActiveProfile() const override { return m_User; }
+    const XsltStylesheet& NamespaceTransform() const override;
+    bool FirstRun() const override { return m_firstRun; }
+    void SetFirstRun(bool firstRun) override { m_firstRun = firstRun; }
+    void AddChannel(const QString& url, const QString& groupName) override;
+
     // Brings the window forward, for a second start of the program.
     void ShowAndRaise();
 
@@ -29,11 +44,22 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    bool UpdateChannelNode(RSSChannel& channel) override;
+
     void m_Users_ProfilesLoaded();
     void ChangeUser(const QString& name);
+    void RepopulateTreeMain();
+    void AddGroupNode(RSSGroup* group);
+    void AddChannelNode(QTreeWidgetItem* groupNode, const QString& key);
+    // Releases the active profile after a last save; the window keeps no profile afterwards.
+    void ReleaseUser();
 
     Runtime& m_runtime;
+    // Declared before the profiles: channels give their slots back while they are released.
+    RefreshCoordinator m_coordinator;
     std::unique_ptr<colProfiles> m_Users;
     clsProfile* m_User = nullptr;
+    bool m_firstRun = false;
     QLabel* m_status = nullptr;
+    QTreeWidget* treMain = nullptr;
 };
