@@ -24,10 +24,10 @@
 #include "platform/Memory.h"
 #include "platform/XmlSecurity.h"
 #include "platform/XsltStylesheet.h"
+#include "support/EventPump.h"
 #include "support/LocalHttpServer.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -47,7 +47,6 @@ constexpr int kStatusChannels = 300;
 constexpr int kDays = 60;
 constexpr int kStatusRuns = 7;
 constexpr int kIngestLimitMs = 120000;
-constexpr int kWakeMs = 10;
 constexpr double kBytesPerMb = 1024.0 * 1024.0;
 
 class QuietDesktop final : public Desktop {
@@ -77,19 +76,6 @@ QByteArray Feed(int feed) {
                "</description></item>";
     }
     return xml + "</channel></rss>";
-}
-
-bool PumpUntil(const std::function<bool()>& done, int limitMs) {
-    const QDeadlineTimer limit(limitMs);
-    QTimer wake;
-    wake.start(kWakeMs);
-    while (!done()) {
-        if (limit.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    return true;
 }
 
 struct Program {

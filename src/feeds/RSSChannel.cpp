@@ -151,14 +151,8 @@ RSSChannel::~RSSChannel() {
 }
 
 void RSSChannel::CreateRSS(const QString& url) {
-    m_expire = kNewExpireDays;
-    m_update = kNewUpdateMinutes;
-    m_openLink = false;
-    m_lastModified = kNeverChecked;
-    m_Reloader.SetInterval(kFirstCheckMs);
-    m_url = url;
-    SetTitle(url);
-    m_id = NewChannelID(m_services.settings);
+    GenerateChannel(url, url, kNewExpireDays, kNewUpdateMinutes, NewChannelID(m_services.settings), m_profileFolder,
+                    m_username);
 }
 
 void RSSChannel::GenerateChannel(const QString& url, const QString& title, int expire, int update,

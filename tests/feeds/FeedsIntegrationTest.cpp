@@ -17,12 +17,12 @@
 #include "platform/XmlSecurity.h"
 #include "platform/XsltStylesheet.h"
 #include "support/FakeClock.h"
+#include "support/EventPump.h"
 #include "support/LocalHttpServer.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
@@ -37,7 +37,6 @@ inline void PrintTo(const QString& text, std::ostream* os) {
 namespace {
 
 constexpr int kPumpLimitMs = 20000;
-constexpr int kWakeMs = 10;
 const QByteArray kModified = "Tue, 15 Nov 2005 14:00:00 GMT";
 
 class FeedsIntegrationTest : public ::testing::Test {
@@ -67,19 +66,7 @@ protected:
         }
     }
 
-    // Serves the event loop until `done` holds; false when it did not within the limit.
-    static bool PumpUntil(const std::function<bool()>& done) {
-        const QDeadlineTimer limit(kPumpLimitMs);
-        QTimer wake;
-        wake.start(kWakeMs);
-        while (!done()) {
-            if (limit.hasExpired()) {
-                return false;
-            }
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return true;
-    }
+    static bool PumpUntil(const std::function<bool()>& done) { return ::PumpUntil(done, kPumpLimitMs); }
 
     RSSChannel* Subscribe(const QString& path) {
         return profile.Channels()->AddChannel(server.Url(path).toString());
