@@ -122,7 +122,7 @@ clsItemBank::clsItemBank(Clock& clock, Paths paths) : m_clock(clock), m_paths(st
 
 clsItemBank::~clsItemBank() {
     if (m_loaded && !m_released) {
-        SaveXML();
+        Release();
     }
     std::erase(Banks(), this);
 }
@@ -168,6 +168,7 @@ void clsItemBank::LoadXML() {
     m_doc = std::move(doc);
     m_loaded = true;
     RebuildIndexes();
+    m_savedGeneration = m_generation;
 }
 
 void clsItemBank::StartEmpty() {
@@ -219,12 +220,13 @@ bool clsItemBank::SaveXML() {
         return false;
     }
     m_lastError.clear();
+    m_savedGeneration = m_generation;
     return true;
 }
 
 bool clsItemBank::Release() {
     m_released = true;
-    return SaveXML();
+    return (m_loaded && m_generation == m_savedGeneration) || SaveXML();
 }
 
 int clsItemBank::Count() const {
@@ -760,6 +762,8 @@ clsItemBank::ItemEdit::ItemEdit(const XmlNode& node, QByteArrayView childName) {
     if (!bank) {
         return;
     }
+    // Even a change outside the indexed items makes the bank differ from its file.
+    bank->Changed();
     const xmlNode* root = bank->m_doc.DocumentElement().Raw();
     xmlNode* item = changed;
     while (item && item->parent != root) {

@@ -38,7 +38,7 @@ using ItemList = std::vector<XmlNode>;
 class clsItemBank final {
 public:
     clsItemBank(Clock& clock, Paths paths);
-    // Saves the bank unless it was released already.
+    // Releases the bank unless it was released already.
     ~clsItemBank();
     clsItemBank(const clsItemBank&) = delete;
     clsItemBank& operator=(const clsItemBank&) = delete;
@@ -80,8 +80,8 @@ public:
 
     // Writes items.xml now, atomically; false (see LastError) when it could not be written.
     bool SaveXML();
-    // Saves the bank for the last time; the destructor then saves no more. Lists handed out stay
-    // readable until the bank is destroyed.
+    // Saves the bank for the last time, unless nothing changed since it was read or last written;
+    // the destructor then saves no more. Lists handed out stay readable until the bank is destroyed.
     bool Release();
     QString LastError() const { return m_lastError; }
 
@@ -206,5 +206,7 @@ private:
 
     // Bumped by every change of items, so that cached searches never outlive what they saw.
     quint64 m_generation = 0;
+    // The generation that items.xml holds, so that an unchanged bank is not rewritten.
+    quint64 m_savedGeneration = 0;
     mutable std::deque<CachedSearch> m_searchCache;
 };

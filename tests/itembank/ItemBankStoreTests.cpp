@@ -303,6 +303,25 @@ TEST_F(ItemBankStore, ASavedBankLoadsWithItsState) {
     EXPECT_FALSE(Add(Story(QStringLiteral("Two"), QStringLiteral("g2"))));
 }
 
+TEST_F(ItemBankStore, AnUnchangedBankIsNotRewrittenButAnyChangeIs) {
+    // A declaration and indentation would not survive a save, so the bytes tell whether one happened.
+    const QByteArray original("<?xml version=\"1.0\"?>\n<itembank>\n  <item channel=\"http://a.example/feed\" "
+                              "date=\"16 Nov 2026\" time=\"09:00:00\"><title>Kept</title><read>false</read>"
+                              "<flag>false</flag><delete>false</delete></item>\n</itembank>\n");
+    WriteBankFile(original);
+    OpenBank();
+    const ItemList items = m_bank->SubChannelList(kChannelA, QString(), QString());
+    ASSERT_EQ(items.size(), 1u);
+    EXPECT_TRUE(m_bank->Release());
+    EXPECT_EQ(ReadBankFile(), original);
+
+    OpenBank();
+    SetItemRead(m_bank->SubChannelList(kChannelA, QString(), QString()).front(), true);
+    m_bank.reset();
+    EXPECT_TRUE(ReadBankFile().startsWith("<itembank>"));
+    EXPECT_TRUE(ReadBankFile().contains("<read>true</read>"));
+}
+
 TEST_F(ItemBankStore, CountsEveryChildOfTheRoot) {
     WriteBankFile("<itembank><!-- note --><item channel=\"c\"><title>A</title><delete>true</delete></item>"
                   "<other/></itembank>");
