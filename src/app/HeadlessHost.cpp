@@ -83,10 +83,17 @@ void HeadlessHost::PopupInfo(const QString& message, const QString& profileName,
 
 void HeadlessHost::StateChange(const QString& profileName, RSSChannel& channel) {
     m_coordinator.StateChange(profileName, channel);
+    if (m_stateObserver && m_activeProfile && m_activeProfile->Name() == profileName) {
+        m_stateObserver(channel);
+    }
 }
 
 bool HeadlessHost::AddRSSItem(const XmlNode& item) {
-    return m_activeProfile && m_activeProfile->AddItem(item);
+    const bool isNew = m_activeProfile && m_activeProfile->AddItem(item);
+    if (m_itemObserver && m_activeProfile) {
+        m_itemObserver(item, isNew);
+    }
+    return isNew;
 }
 
 ChannelViewer* HeadlessHost::Viewer(const RSSChannel& channel) const {

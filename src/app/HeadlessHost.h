@@ -9,6 +9,7 @@
 #include <QHash>
 #include <QRect>
 #include <QStringList>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -82,6 +83,14 @@ public:
     RefreshCoordinator& Coordinator() { return m_coordinator; }
     // Messages are also written to standard error when asked (the command-line tool).
     void SetPrintPopups(bool print) { m_printPopups = print; }
+    // Told of every state report of a channel of the active profile, and of every item handed
+    // to the bank with whether it changed the bank (how the command-line tool follows a fetch).
+    void SetStateObserver(std::function<void(RSSChannel& channel)> observer) {
+        m_stateObserver = std::move(observer);
+    }
+    void SetItemObserver(std::function<void(const XmlNode& item, bool isNew)> observer) {
+        m_itemObserver = std::move(observer);
+    }
     QStringList Popups() const { return m_popups; }
     // The caption and icon key last shown for a channel URL; empty when never shown.
     QString NodeText(const QString& url) const;
@@ -107,6 +116,8 @@ private:
     clsProfile* m_activeProfile = nullptr;
     bool m_firstRun = false;
     bool m_printPopups = false;
+    std::function<void(RSSChannel&)> m_stateObserver;
+    std::function<void(const XmlNode&, bool)> m_itemObserver;
     QStringList m_popups;
     QHash<QString, Node> m_nodes;
     QStringList m_stateChanges;

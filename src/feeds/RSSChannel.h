@@ -159,6 +159,12 @@ public:
     bool LoadRSS();
     // Loads the whole feed now, without HEAD check and without a slot (not for folders).
     void ForceLoadRSS();
+    // The next check loads the whole feed whatever the Last-modified header says, as the first
+    // check of a new channel does; it still goes through a slot and the HEAD request.
+    void ForgetLastModified() { m_lastModified = kNeverChecked; }
+    // No further check starts by itself; a check in progress runs to its end. For a host that
+    // runs one round of checks and then ends.
+    void StopReloading() { m_Reloader.SetEnabled(false); }
 
     // Whether an ID may name the channel's files: letters, digits, "_" and "-" only.
     static bool IsSafeID(const QString& id);

@@ -3,13 +3,16 @@
 #include "platform/SingleInstance.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QThread>
 
 namespace {
 
 constexpr int kAnswerWaitMs = 2000;
+constexpr unsigned long kRetryMs = 200;
 const QByteArray kShowMessage = QByteArrayLiteral("show\n");
 
 QString LockPath(const QString& dataFolder) {
@@ -18,8 +21,8 @@ QString LockPath(const QString& dataFolder) {
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString& dataFolder, QObject* parent)
-    : QObject(parent), m_dataFolder(dataFolder), m_lock(LockPath(dataFolder)) {
+SingleInstance::SingleInstance(const QString& dataFolder, Role role, QObject* parent)
+    : QObject(parent), m_dataFolder(dataFolder), m_role(role), m_lock(LockPath(dataFolder)) {
     m_lock.setStaleLockTime(0);
 }
 
@@ -31,18 +34,39 @@ QString SingleInstance::SocketName() const {
     return QStringLiteral("tamsel-") + QString::fromLatin1(hash);
 }
 
-bool SingleInstance::Acquire() {
-    QDir().mkpath(m_dataFolder);
-    if (!m_lock.tryLock(0)) {
-        QLocalSocket socket;
-        socket.connectToServer(SocketName());
-        if (socket.waitForConnected(kAnswerWaitMs)) {
-            socket.write(kShowMessage);
-            socket.waitForBytesWritten(kAnswerWaitMs);
-            socket.disconnectFromServer();
-        }
+bool SingleInstance::WindowAnswers(bool askToShow) const {
+    QLocalSocket socket;
+    socket.connectToServer(SocketName());
+    if (!socket.waitForConnected(kAnswerWaitMs)) {
         return false;
     }
+    if (askToShow) {
+        socket.write(kShowMessage);
+        socket.waitForBytesWritten(kAnswerWaitMs);
+    }
+    socket.disconnectFromServer();
+    return true;
+}
+
+SingleInstance::Result SingleInstance::Acquire(int waitMs) {
+    QDir().mkpath(m_dataFolder);
+    const QDeadlineTimer deadline(m_role == Role::Window ? waitMs : 0);
+    while (!m_lock.tryLock(0)) {
+        if (WindowAnswers(m_role == Role::Window)) {
+            return Result::HeldByWindow;
+        }
+        if (deadline.hasExpired()) {
+            return Result::HeldByTool;
+        }
+        QThread::msleep(kRetryMs);
+    }
+    if (m_role == Role::Window) {
+        Listen();
+    }
+    return Result::Acquired;
+}
+
+void SingleInstance::Listen() {
     m_server = std::make_unique<QLocalServer>();
     QLocalServer::removeServer(SocketName());
     connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
@@ -56,7 +80,6 @@ bool SingleInstance::Acquire() {
         }
     });
     m_server->listen(SocketName());
-    return true;
 }
 
 bool SingleInstance::IsHeld(const QString& dataFolder) {

@@ -9,20 +9,30 @@
 
 class QLocalServer;
 
-// One running Tamsel per data folder. The first start holds a lock file and listens on a local
-// socket; a later start finds the lock held, asks the running one to show itself, and gives up.
+// One program at a time per data folder. The holder keeps a lock file; the window program also
+// listens on a local socket, so that a later start can ask it to show itself instead of starting
+// twice. A tool without a window (tamsel-cli) holds the lock but does not listen, which is how a
+// later start tells the two apart.
 class SingleInstance final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(SingleInstance)
 public:
-    explicit SingleInstance(const QString& dataFolder, QObject* parent = nullptr);
+    enum class Role { Window, Tool };
+    enum class Result {
+        Acquired,
+        // The window program holds the folder; a Window start asked it to show its main window.
+        HeldByWindow,
+        // A tool holds the folder (or a window program that is not yet listening).
+        HeldByTool,
+    };
+
+    explicit SingleInstance(const QString& dataFolder, Role role = Role::Window, QObject* parent = nullptr);
     ~SingleInstance() override;
 
-    // True when this process now owns the data folder; false when another holds it (which was
-    // then asked to show its main window).
-    bool Acquire();
-    // Whether some process holds the data folder, without taking it (for helpers such as the
-    // command-line tool that must not change files the window program owns).
+    // Takes the data folder. While a tool holds it, a Window start keeps trying for up to waitMs,
+    // since the tool's command usually ends within seconds.
+    Result Acquire(int waitMs = 0);
+    // Whether some process holds the data folder, without taking it (for a tool that only reads).
     static bool IsHeld(const QString& dataFolder);
 
 Q_SIGNALS:
@@ -31,8 +41,11 @@ Q_SIGNALS:
 
 private:
     QString SocketName() const;
+    bool WindowAnswers(bool askToShow) const;
+    void Listen();
 
     QString m_dataFolder;
+    Role m_role;
     QLockFile m_lock;
     std::unique_ptr<QLocalServer> m_server;
 };
