@@ -7,6 +7,7 @@
 //
 // Usage: cli_benchmark [items]
 // Prints one line per figure: name value unit.
+#include "BenchReport.h"
 #include "cli/CliArguments.h"
 #include "cli/CliCommands.h"
 #include "cli/CliSession.h"
@@ -38,28 +39,6 @@ constexpr int kProcessRuns = 3;
 constexpr unsigned kSeed = 20261116u;
 constexpr double kBytesPerMb = 1024.0 * 1024.0;
 const QString kProfile = QStringLiteral("Bench");
-
-void Print(const char* name, double value, const char* unit) {
-    std::printf("%s %.3f %s\n", name, value, unit);
-    std::fflush(stdout);
-}
-
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0.0 : values[values.size() / 2];
-}
-
-// The median of `runs` runs of `work`, in ms.
-double TimeMs(int runs, const std::function<void()>& work) {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        times.push_back(double(timer.nsecsElapsed()) / 1e6);
-    }
-    return Median(times);
-}
 
 QByteArray ChannelUrl(int channel) {
     return "http://feeds.example/channel-" + QByteArray::number(channel) + "/rss";

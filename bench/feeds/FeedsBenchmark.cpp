@@ -9,6 +9,7 @@
 // 100,000 items, as the main window runs it to redraw every tree node.
 //
 // Prints one line per figure: name value unit.
+#include "BenchReport.h"
 #include "app/HeadlessHost.h"
 #include "app/MakerSite.h"
 #include "app/Services.h"
@@ -54,11 +55,6 @@ public:
     void PlaySound(const QString&) override {}
     void OpenDocument(const QString&) override {}
 };
-
-void Print(const char* name, double value, const char* unit) {
-    std::printf("%s %.3f %s\n", name, value, unit);
-    std::fflush(stdout);
-}
 
 QByteArray Feed(int feed) {
     const QByteArray f = QByteArray::number(feed);

@@ -6,6 +6,7 @@
 //
 // Usage: itembank_benchmark [items]
 // Prints one line per figure: name value unit.
+#include "BenchReport.h"
 #include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
 #include "platform/Clock.h"
@@ -67,32 +68,6 @@ public:
 private:
     SystemClock m_system;
 };
-
-void Print(const char* name, double value, const char* unit) {
-    std::printf("%s %.3f %s\n", name, value, unit);
-    std::fflush(stdout);
-}
-
-double Ms(const QElapsedTimer& timer) {
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0.0 : values[values.size() / 2];
-}
-
-// Runs `work` `runs` times; the median time in ms.
-double TimeMs(int runs, const std::function<void()>& work) {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        times.push_back(Ms(timer));
-    }
-    return Median(times);
-}
 
 // ---- The synthetic bank
 

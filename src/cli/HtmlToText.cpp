@@ -3,6 +3,7 @@
 #include "cli/HtmlToText.h"
 
 #include "platform/XmlDocument.h"
+#include "platform/XmlText.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -85,13 +86,8 @@ Kind KindOf(const QString& name) {
 }
 
 QString AttributeOf(const xmlNode* node, const char* name) {
-    xmlChar* value = xmlGetProp(node, reinterpret_cast<const xmlChar*>(name));
-    if (!value) {
-        return {};
-    }
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(value));
-    xmlFree(value);
-    return text;
+    const XmlText::OwnedChars value(xmlGetProp(node, reinterpret_cast<const xmlChar*>(name)));
+    return XmlText::ToQString(value.get());
 }
 
 // Collects text with collapsed white space and line breaks asked for by the elements around it.
