@@ -635,10 +635,7 @@ XmlDocument RSSChannel::NormalisedFeed(int state) const {
         return none;
     }
     // Only the DTDs that the program ships and maps may be read; nothing the feed names.
-    XmlParseOptions options;
-    options.loadMappedDtd = true;
-    options.baseUrl = m_location.toString();
-    const XmlDocument feed = XmlDocument::Parse(body, nullptr, options);
+    const XmlDocument feed = XmlDocument::Parse(body, nullptr, XmlParseOptions::ForFeed(m_location.toString()));
     if (feed.IsNull()) {
         return none;
     }

@@ -61,12 +61,45 @@ void FreeDocument(xmlDoc* doc) {
 }
 
 int ParserFlags(const XmlParseOptions& options) {
-    int flags = XML_PARSE_NOBLANKS | XML_PARSE_NOCDATA | XML_PARSE_NONET | XML_PARSE_NOENT |
-                XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+    int flags = XML_PARSE_NOCDATA | XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+    if (!options.keepXhtmlBlanks) {
+        flags |= XML_PARSE_NOBLANKS;
+    }
     if (options.loadMappedDtd) {
         flags |= XML_PARSE_DTDLOAD;
     }
     return flags;
+}
+
+bool IsXhtmlElement(const xmlNode* node) {
+    static constexpr char kXhtmlNamespace[] = "http://www.w3.org/1999/xhtml";
+    return node->type == XML_ELEMENT_NODE && node->ns && node->ns->href &&
+           xmlStrEqual(node->ns->href, reinterpret_cast<const xmlChar*>(kXhtmlNamespace));
+}
+
+// What the parser's own blank removal would have dropped, outside XHTML elements. Iterative, as
+// documents may nest as deep as the parser allows.
+void RemoveBlanksOutsideXhtml(xmlNode* root) {
+    if (!root || IsXhtmlElement(root)) {
+        return;
+    }
+    xmlNode* node = root->children;
+    while (node) {
+        if (node->type == XML_ELEMENT_NODE && node->children && !IsXhtmlElement(node)) {
+            node = node->children;
+            continue;
+        }
+        xmlNode* up = node;
+        while (up != root && !up->next) {
+            up = up->parent;
+        }
+        xmlNode* const next = up == root ? nullptr : up->next;
+        if (node->type == XML_TEXT_NODE && xmlIsBlankNode(node)) {
+            xmlUnlinkNode(node);
+            xmlFreeNode(node);
+        }
+        node = next;
+    }
 }
 
 QString ErrorText(xmlParserCtxt* ctxt) {
@@ -121,6 +154,9 @@ XmlDocument XmlDocument::Parse(const QByteArray& bytes, QString* error, const Xm
             xmlFreeDoc(doc);
         }
         return XmlDocument(nullptr);
+    }
+    if (options.keepXhtmlBlanks) {
+        RemoveBlanksOutsideXhtml(xmlDocGetRootElement(doc));
     }
     return XmlDocument(doc);
 }

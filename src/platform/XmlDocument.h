@@ -15,10 +15,18 @@ struct XmlParseOptions {
     bool loadMappedDtd = false;
     // Base URL of the document, for messages and relative references.
     QString baseUrl;
+    // Whitespace-only text stays within XHTML markup, where a blank between two inline elements
+    // is a word space; elsewhere it is dropped as usual.
+    bool keepXhtmlBlanks = false;
+
+    // As a channel parses what it fetched.
+    static XmlParseOptions ForFeed(const QString& baseUrl) {
+        return XmlParseOptions{true, baseUrl, true};
+    }
 };
 
 // An XML document that owns its libxml2 tree. Documents are parsed without whitespace-only text
-// between elements, with CDATA as text, without network access and without external entities
+// between elements (outside XHTML markup when asked), with CDATA as text, without network access and without external entities
 // other than the program's own (XmlSecurity).
 //
 // Nodes removed from the tree (RemoveChild, ReplaceChild) and nodes created but never linked are

@@ -33,6 +33,45 @@ TEST(XmlDocumentTest, WhitespaceBetweenElementsIsNoChildAndCdataReadsAsText) {
     EXPECT_EQ(description.FirstChild().Text(), QStringLiteral("<b>bold</b>"));
 }
 
+TEST(XmlDocumentTest, FeedsKeepTheWordSpacesOfXhtmlMarkupOnly) {
+    const QByteArray feed("<feed xmlns=\"http://www.w3.org/2005/Atom\">\n <entry>\n  <content type=\"xhtml\">\n"
+                          "   <div xmlns=\"http://www.w3.org/1999/xhtml\"><b>a</b> <i>b</i>\n</div>\n  </content>\n"
+                          "  <x:note xmlns:x=\"urn:x\"> <x:y/> </x:note>\n </entry>\n</feed>");
+    const XmlDocument doc = XmlDocument::Parse(feed, nullptr, XmlParseOptions::ForFeed(QString()));
+    ASSERT_FALSE(doc.IsNull());
+    // Each child of the feed's own elements is an element: the walks see no blanks.
+    const XmlNode entry = doc.DocumentElement().FirstChild();
+    EXPECT_EQ(doc.DocumentElement().ChildNodes().size(), 1u);
+    ASSERT_EQ(entry.ChildNodes().size(), 2u);
+    const XmlNode content = entry.FirstChild();
+    ASSERT_EQ(content.ChildNodes().size(), 1u);
+    EXPECT_EQ(entry.ChildNodes()[1].ChildNodes().size(), 1u);
+    const XmlNode div = content.FirstChild();
+    EXPECT_EQ(div.Name(), QStringLiteral("div"));
+    const std::vector<XmlNode> words = div.ChildNodes();
+    ASSERT_EQ(words.size(), 4u);
+    EXPECT_EQ(words[1].Text(), QStringLiteral(" "));
+    EXPECT_EQ(words[3].Text(), QStringLiteral("\n"));
+
+    // Other documents drop the blanks everywhere, XHTML markup included.
+    const XmlDocument plain = XmlDocument::Parse(feed);
+    ASSERT_FALSE(plain.IsNull());
+    EXPECT_EQ(plain.DocumentElement().FirstChild().FirstChild().FirstChild().ChildNodes().size(), 2u);
+}
+
+TEST(XmlDocumentTest, BlanksGoFromDeeplyNestedFeedsWithoutRecursion) {
+    constexpr int kDepth = 250;
+    const QByteArray feed = QByteArray("<a> ").repeated(kDepth) + "<b/>" + QByteArray(" </a>\n").repeated(kDepth);
+    const XmlDocument doc = XmlDocument::Parse(feed, nullptr, XmlParseOptions::ForFeed(QString()));
+    ASSERT_FALSE(doc.IsNull());
+    XmlNode node = doc.DocumentElement();
+    for (int level = 1; level < kDepth; ++level) {
+        ASSERT_EQ(node.ChildNodes().size(), 1u) << level;
+        node = node.FirstChild();
+    }
+    EXPECT_EQ(node.FirstChild().Name(), QStringLiteral("b"));
+}
+
 TEST(XmlDocumentTest, NamesKeepPrefixesAndTextJoinsDescendants) {
     const XmlDocument doc = ParseOk(R"(<item xmlns:dc="http://purl.org/dc/elements/1.1/"><dc:date>2005</dc:date><a>x<b>y</b>z</a></item>)");
     const XmlNode root = doc.DocumentElement();
