@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Runtime.h"
 
+#include "platform/AtomicFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 Runtime::Runtime(Paths paths, Desktop& desktop)
     : m_paths(std::move(paths)), m_desktop(desktop), m_settings(m_paths), m_http(m_paths), m_site(m_settings),
@@ -25,11 +26,7 @@ void Runtime::InstallDataFolder() {
     if (QFileInfo::exists(list) || QDir(m_paths.ProfilesFolder()).entryList({QStringLiteral("profiles.xml.damaged-*")}).size() > 0) {
         return;
     }
-    QSaveFile file(list);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write("<tamselprofiles/>\n");
-        file.commit();
-    }
+    AtomicFile::Write(list, QByteArrayLiteral("<tamselprofiles/>\n"));
 }
 
 bool Runtime::LoadNamespaceStylesheet(QString* message) {

@@ -5,6 +5,7 @@
 #include "app/SharedHelpers.h"
 #include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
+#include "platform/AtomicFile.h"
 #include "platform/XmlNode.h"
 
 #include <QCryptographicHash>
@@ -12,7 +13,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 namespace {
 
@@ -60,11 +60,11 @@ bool LastListStore::Save(const List& list, QString* error) const {
     }
     const QJsonObject root{{kKeyFormat, kFormat},     {kKeyKey, list.key},   {kKeyFilter, list.filter},
                            {kKeySearch, list.search}, {kKeyPage, list.page}, {kKeyItems, items}};
-    QSaveFile file(FilePath());
     const QByteArray bytes = QJsonDocument(root).toJson(QJsonDocument::Compact) + '\n';
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    QString reason;
+    if (!AtomicFile::Write(FilePath(), bytes, &reason)) {
         if (error) {
-            *error = QStringLiteral("%1 could not be written: %2").arg(FilePath(), file.errorString());
+            *error = QStringLiteral("%1 could not be written: %2").arg(FilePath(), reason);
         }
         return false;
     }

@@ -3,13 +3,13 @@
 #include "feeds/RSSImage.h"
 
 #include "feeds/RSSChannel.h"
+#include "platform/AtomicFile.h"
 #include "platform/HttpClient.h"
 #include "platform/XmlDocument.h"
 
 #include <QDir>
 #include <QFile>
 #include <QPointer>
-#include <QSaveFile>
 #include <QUrl>
 
 namespace {
@@ -98,11 +98,7 @@ QString RSSImage::GetImage(const QString& id, const QString& folder) {
         return {};
     }
     // A write error is passed over: the path is still handed out, as the picture is optional.
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(data);
-        file.commit();
-    }
+    AtomicFile::Write(path, data);
     m_localPath = path;
     return m_localPath;
 }

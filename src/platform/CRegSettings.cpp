@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/CRegSettings.h"
 
+#include "platform/AtomicFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTextStream>
 
 namespace {
@@ -167,10 +168,6 @@ bool CRegSettings::Write(Store& store) {
         QFile::rename(store.path, aside);
         store.damaged = false;
     }
-    QSaveFile file(store.path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        return false;
-    }
     QByteArray bytes;
     for (const Section& section : store.sections) {
         bytes += '[' + Escape(section.name, QStringLiteral("]")).toUtf8() + "]\n";
@@ -178,7 +175,7 @@ bool CRegSettings::Write(Store& store) {
             bytes += Escape(entry.key, QStringLiteral("=[#;")).toUtf8() + '=' + Escape(entry.value, {}).toUtf8() + '\n';
         }
     }
-    if (file.write(bytes) != bytes.size() || !file.commit()) {
+    if (!AtomicFile::Write(store.path, bytes)) {
         return false;
     }
     const QFileInfo info(store.path);
@@ -218,15 +215,10 @@ bool CRegSettings::SaveSetting(const QString& section, const QString& key, const
         if (!QDir().mkpath(m_paths.AutostartFolder())) {
             return false;
         }
-        QSaveFile file(AutostartFile(key));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-            return false;
-        }
         const QString text = QStringLiteral("[Desktop Entry]\nType=Application\nName=") + key +
                              QStringLiteral("\nComment=Reader for RSS and Atom news channels\nExec=") + value +
                              QStringLiteral("\nIcon=tamsel\nTerminal=false\nX-GNOME-Autostart-enabled=true\n");
-        const QByteArray bytes = text.toUtf8();
-        return file.write(bytes) == bytes.size() && file.commit();
+        return AtomicFile::Write(AutostartFile(key), text.toUtf8());
     }
     Store& store = CurrentStore();
     Section* target = FindSection(store, section);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/XmlDocument.h"
 
+#include "platform/AtomicFile.h"
 #include "platform/XmlSecurity.h"
 #include "platform/XmlText.h"
 
@@ -279,7 +280,7 @@ bool XmlDocument::Save(const QString& path, QString* error) const {
         return false;
     }
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !WriteTree(root.Raw(), file) || !file.commit()) {
+    if (!AtomicFile::Open(file) || !WriteTree(root.Raw(), file) || !file.commit()) {
         if (error) {
             *error = file.errorString();
         }
