@@ -82,7 +82,9 @@ int CliCommands::Run(const CliRequest& request) {
         status = Fail(error);
     }
     m_out.flush();
-    session.Close();
+    if (!session.Close(&error)) {
+        status = Fail(error);
+    }
     return status;
 }
 

@@ -7,6 +7,7 @@
 #include "app/clsProfile.h"
 #include "app/colProfiles.h"
 #include "cli/HtmlToText.h"
+#include "itembank/clsItemBank.h"
 #include "platform/CRegSettings.h"
 #include "platform/SingleInstance.h"
 
@@ -158,13 +159,22 @@ bool CliSession::SaveAll(QString* error) {
     return true;
 }
 
-void CliSession::Close() {
+bool CliSession::Close(QString* error) {
     if (m_closed) {
-        return;
+        return true;
     }
     m_closed = true;
+    bool saved = true;
     if (m_host) {
-        // The profile's release saves its item bank.
+        clsProfile* profile = m_host->ActiveProfile();
+        clsItemBank* bank = profile ? profile->ItemBank() : nullptr;
+        // Released here rather than by the profile, which cannot say that the save failed.
+        if (bank && m_access == Access::Write && !bank->Release()) {
+            saved = false;
+            if (error) {
+                *error = bank->LastError();
+            }
+        }
         m_host->ChangeUser(nullptr);
     }
     m_profiles.reset();
@@ -174,4 +184,5 @@ void CliSession::Close() {
     m_runtime.reset();
     m_instance.reset();
     m_copy.reset();
+    return saved;
 }

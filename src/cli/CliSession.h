@@ -48,8 +48,9 @@ public:
     QString DataProfileFolder(const QString& name) const;
     // Writes the profile list and the active profile's groups and channels (SaveAllXML).
     bool SaveAll(QString* error);
-    // Releases the profile (the item bank writes items.xml) and the data folder.
-    void Close();
+    // Releases the profile (the item bank writes items.xml when it changed) and the data folder;
+    // false with the message to show when a session that writes could not save the item bank.
+    bool Close(QString* error = nullptr);
 
     // Whether a name can name a profile's folder: not empty, no path separators or control
     // characters, not "." or "..", no surrounding blanks, at most 100 characters.

@@ -19,8 +19,11 @@
 #include <QProcess>
 #include <QSet>
 #include <QTemporaryDir>
+#include <csignal>
+#include <functional>
 #include <gtest/gtest.h>
 #include <ostream>
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +34,7 @@ inline void PrintTo(const QString& text, std::ostream* os) {
 namespace {
 
 constexpr int kRunLimitMs = 90000;
+constexpr qint64 kSmallFileLimit = 1024;
 constexpr int kFeeds = 6;
 const QString kProfile = u"Reader"_s;
 
@@ -93,8 +97,12 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    CliRun Run(const QStringList& arguments) {
+    // `inChild` runs in the new process before the program starts (async-signal-safe calls only).
+    CliRun Run(const QStringList& arguments, const std::function<void()>& inChild = {}) {
         QProcess process;
+        if (inChild) {
+            process.setChildProcessModifier(inChild);
+        }
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"TAMSEL_HOME"_s, home.path());
         environment.insert(u"TAMSEL_RESOURCES"_s, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
@@ -291,6 +299,31 @@ TEST_F(CliEndToEndTest, ShowTagDeleteAndMarkReadChangeTheItems) {
     EXPECT_TRUE(stats.out.contains(u"     12      0  Today\n"_s)) << stats;
     EXPECT_TRUE(stats.out.contains(u"      2      0  Feed 3 <"_s + FeedUrl(3) + u">\n"_s)) << stats;
     EXPECT_TRUE(stats.out.contains(u"12 item(s) in the item bank"_s)) << stats;
+}
+
+TEST_F(CliEndToEndTest, AnItemBankThatCannotBeSavedFailsTheCommand) {
+    Subscribe();
+    const QString newest = List({}).first().value(u"title"_s).toString();
+    const QByteArray before = ReadFile(ProfileFile(u"items.xml"_s));
+    ASSERT_GT(before.size(), kSmallFileLimit);
+    // A file size limit below the bank's size stands in for a full disk.
+    const CliRun full = Run({u"tag"_s, u"1"_s}, [] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit{};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        limit.rlim_cur = rlim_t(kSmallFileLimit);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    });
+    EXPECT_EQ(full.exitCode, 1) << full;
+    EXPECT_TRUE(full.err.contains(u"items.xml could not be written"_s)) << full;
+    EXPECT_EQ(ReadFile(ProfileFile(u"items.xml"_s)), before);
+    EXPECT_EQ(List({u"--folder"_s, u"tagged"_s}).size(), 0);
+
+    // With room on the disk again, the same item is tagged.
+    ASSERT_EQ(List({}).first().value(u"title"_s).toString(), newest);
+    const CliRun tagged = Run({u"tag"_s, u"1"_s});
+    EXPECT_EQ(tagged.exitCode, 0) << tagged;
+    EXPECT_EQ(tagged.out, u"Tagged 1: "_s + newest + u'\n');
 }
 
 TEST_F(CliEndToEndTest, NumbersNeverPointToAnotherItem) {
