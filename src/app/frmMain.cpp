@@ -9,12 +9,14 @@
 #include "app/colProfiles.h"
 #include "feeds/RSSChannel.h"
 #include "groups/RSSGroup.h"
+#include "itembank/clsItemBank.h"
 #include "platform/CRegSettings.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QLabel>
+#include <QMessageBox>
 #include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -146,6 +148,9 @@ void frmMain::m_Users_ProfilesLoaded() {
 }
 
 void frmMain::ChangeUser(const QString& name) {
+    if (!SaveItemsOrAsk()) {
+        return;
+    }
     m_Users->SaveAllXML();
     clsProfile* profile = m_Users->GetUser(name);
     if (!profile) {
@@ -210,7 +215,30 @@ void frmMain::ReleaseUser() {
     old->Deactivate();
 }
 
+bool frmMain::SaveItemsOrAsk() {
+    clsItemBank* bank = m_User ? m_User->ItemBank() : nullptr;
+    while (bank && bank->HasUnsavedChanges() && !bank->SaveXML()) {
+        const QMessageBox::StandardButton choice = QMessageBox::warning(
+            this, kTitle,
+            QStringLiteral("Your items could not be saved:\n%1\n\nMake room on the disk and try again, or "
+                           "discard what changed since the last save.")
+                .arg(bank->LastError()),
+            QMessageBox::Retry | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Retry);
+        if (choice == QMessageBox::Discard) {
+            return true;
+        }
+        if (choice != QMessageBox::Retry) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
+    if (!SaveItemsOrAsk()) {
+        event->ignore();
+        return;
+    }
     SaveWindowPlacement(m_runtime.Settings(), this, kTitle);
     ReleaseUser();
     event->accept();

@@ -53,6 +53,9 @@ private:
     void AddChannelNode(QTreeWidgetItem* groupNode, const QString& key);
     // Releases the active profile after a last save; the window keeps no profile afterwards.
     void ReleaseUser();
+    // Saves the active profile's changed items before it goes. When the disk refuses, asks whether
+    // to try again, to go on without the changes, or to stay; false when the user chose to stay.
+    bool SaveItemsOrAsk();
 
     Runtime& m_runtime;
     // Declared before the profiles: channels give their slots back while they are released.

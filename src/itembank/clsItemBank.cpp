@@ -226,7 +226,7 @@ bool clsItemBank::SaveXML() {
 
 bool clsItemBank::Release() {
     m_released = true;
-    return (m_loaded && m_generation == m_savedGeneration) || SaveXML();
+    return (m_loaded && !HasUnsavedChanges()) || SaveXML();
 }
 
 int clsItemBank::Count() const {

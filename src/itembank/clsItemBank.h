@@ -84,6 +84,8 @@ public:
     // the destructor then saves no more. Lists handed out stay readable until the bank is destroyed.
     bool Release();
     QString LastError() const { return m_lastError; }
+    // Whether items changed since items.xml was read or last written.
+    bool HasUnsavedChanges() const { return m_loaded && m_generation != m_savedGeneration; }
 
     QString BankFolder() const { return m_bankFolder; }
     QString FilePath() const;

@@ -17,6 +17,9 @@ namespace AtomicFile {
 
 // Opens `file` for writing as described above.
 bool Open(QSaveFile& file);
+// Writes all of `data` to `file`; false, with what the system said (such as "No space left on
+// device"), when it did not take them all.
+bool WriteAll(QSaveFile& file, const char* data, qint64 size, QString* reason);
 // Writes `bytes` as the whole new content of `path`; false, with the reason, when the old file
 // stays as it was.
 bool Write(const QString& path, const QByteArray& bytes, QString* error = nullptr);

@@ -6,10 +6,10 @@
 #include "platform/XmlSecurity.h"
 #include "platform/XmlText.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QSaveFile>
 #include <algorithm>
+#include <functional>
 #include <utility>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
@@ -235,26 +235,28 @@ void XmlDocument::ReplaceChild(XmlNode old, XmlNode replacement) {
 namespace {
 
 // Streams the serialised root element to `device`, then a line break; false when a write failed.
-bool WriteTree(xmlNode* root, QIODevice& device) {
+// Serialises the tree without declaration, followed by a line break, through `write`, which
+// takes a chunk and says whether it was taken.
+bool WriteTree(xmlNode* root, const std::function<bool(const char*, int)>& write) {
     struct Sink {
-        QIODevice* device;
+        const std::function<bool(const char*, int)>* write;
         bool failed = false;
-    } sink{&device};
-    auto write = [](void* context, const char* data, int length) -> int {
+    } sink{&write};
+    auto callback = [](void* context, const char* data, int length) -> int {
         auto* target = static_cast<Sink*>(context);
-        if (target->device->write(data, length) != length) {
+        if (target->failed || !(*target->write)(data, length)) {
             target->failed = true;
             return -1;
         }
         return length;
     };
-    xmlSaveCtxt* save = xmlSaveToIO(write, nullptr, &sink, "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
+    xmlSaveCtxt* save = xmlSaveToIO(callback, nullptr, &sink, "UTF-8", XML_SAVE_NO_DECL | XML_SAVE_AS_XML);
     if (!save) {
         return false;
     }
     xmlSaveTree(save, root);
     const bool flushed = xmlSaveClose(save) >= 0;
-    return flushed && !sink.failed && device.write("\n", 1) == 1;
+    return flushed && !sink.failed && write("\n", 1);
 }
 
 } // namespace
@@ -262,12 +264,12 @@ bool WriteTree(xmlNode* root, QIODevice& device) {
 QByteArray XmlDocument::ToBytes() const {
     const XmlNode root = DocumentElement();
     QByteArray bytes;
-    if (root.IsNull()) {
-        return bytes;
+    if (!root.IsNull()) {
+        WriteTree(root.Raw(), [&bytes](const char* data, int length) {
+            bytes.append(data, length);
+            return true;
+        });
     }
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    WriteTree(root.Raw(), buffer);
     return bytes;
 }
 
@@ -280,11 +282,16 @@ bool XmlDocument::Save(const QString& path, QString* error) const {
         return false;
     }
     QSaveFile file(path);
-    if (!AtomicFile::Open(file) || !WriteTree(root.Raw(), file) || !file.commit()) {
-        if (error) {
-            *error = file.errorString();
-        }
-        return false;
+    QString reason;
+    const auto write = [&file, &reason](const char* data, int length) {
+        return AtomicFile::WriteAll(file, data, length, &reason);
+    };
+    if (AtomicFile::Open(file) && WriteTree(root.Raw(), write) && file.commit()) {
+        return true;
     }
-    return true;
+    file.cancelWriting();
+    if (error) {
+        *error = reason.isEmpty() ? file.errorString() : reason;
+    }
+    return false;
 }

@@ -7,11 +7,18 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cerrno>
+#include <cstring>
 #include <gtest/gtest.h>
 
 namespace {
 
 constexpr rlim_t kDiskRoom = 1024;
+
+// What the system says when a file may not grow: the reason shown to the user.
+QString RefusalText() {
+    return QString::fromLocal8Bit(std::strerror(EFBIG));
+}
 
 class AtomicFileTest : public ::testing::TestWithParam<int> {
 protected:
@@ -39,7 +46,7 @@ TEST_P(AtomicFileTest, AFullDiskLeavesTheOldFileWhole) {
         written = AtomicFile::Write(Path(), large, &error);
     }
     EXPECT_FALSE(written);
-    EXPECT_FALSE(error.isEmpty());
+    EXPECT_EQ(error, RefusalText());
     EXPECT_EQ(Read(), old);
     EXPECT_EQ(Files(), QStringList({QStringLiteral("data.txt")}));
     EXPECT_TRUE(AtomicFile::Write(Path(), large));
@@ -61,6 +68,7 @@ TEST_P(AtomicFileTest, AFullDiskFailsAnXmlSave) {
         saved = doc.Save(Path(), &error);
     }
     EXPECT_FALSE(saved);
+    EXPECT_EQ(error, RefusalText());
     EXPECT_EQ(Read(), old);
     EXPECT_EQ(Files(), QStringList({QStringLiteral("data.txt")}));
 }
