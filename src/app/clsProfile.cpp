@@ -14,6 +14,8 @@
 #include "platform/XmlDocument.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QPointer>
 
 namespace {
 
@@ -71,10 +73,11 @@ XmlNode clsProfile::SaveXML(XmlDocument& doc) const {
     return user;
 }
 
-void clsProfile::SetUserActive() {
+bool clsProfile::SetUserActive() {
     if (m_active) {
-        return;
+        return true;
     }
+    const quint64 run = ++m_activation;
     m_site = std::make_unique<MakerSite>(m_services.settings);
     m_itemBank = std::make_unique<clsItemBank>(m_services.clock, m_services.paths);
     m_channels = std::make_unique<colChannels>(
@@ -87,20 +90,34 @@ void clsProfile::SetUserActive() {
     m_spotlight = std::make_unique<clsSpotlight>(m_services, *m_site, m_host);
 
     m_itemBank->init(m_name);
-    LetPendingEventsRun();
+    if (!LetPendingEventsRun(run)) {
+        return false;
+    }
     m_channels->init(m_name);
-    LetPendingEventsRun();
+    if (m_itemBank->LostItems()) {
+        // The items those Last-modified values stand for are gone: fetch every feed in full again.
+        m_channels->ForgetLastModified();
+    }
+    if (!LetPendingEventsRun(run)) {
+        return false;
+    }
     m_groups->init(m_name);
-    LetPendingEventsRun();
+    if (!LetPendingEventsRun(run)) {
+        return false;
+    }
     m_spotlight->init(m_name);
     m_active = true;
+    return true;
 }
 
-void clsProfile::LetPendingEventsRun() {
+bool clsProfile::LetPendingEventsRun(quint64 run) {
+    const QPointer<clsProfile> self(this);
     QCoreApplication::processEvents();
+    return self && m_activation == run;
 }
 
 void clsProfile::Deactivate() {
+    ++m_activation;
     m_spotlight.reset();
     m_groups.reset();
     // The channels before the bank: they hold lists of its items and may still hold slots.
@@ -111,6 +128,33 @@ void clsProfile::Deactivate() {
     }
     m_site.reset();
     m_active = false;
+}
+
+bool clsProfile::SaveProfileXML(QString* error) {
+    if (!m_active) {
+        return true;
+    }
+    const QString folder = QDir::toNativeSeparators(Folder());
+    QStringList failures;
+    const bool itemsSaved = !m_itemBank->HasUnsavedChanges() || m_itemBank->SaveXML();
+    if (!itemsSaved) {
+        failures << m_itemBank->LastError();
+    }
+    QString reason;
+    if (!SaveGroupXML(&reason)) {
+        failures << QStringLiteral("%1/groups.xml could not be written: %2").arg(folder, reason);
+    }
+    if (!itemsSaved) {
+        failures << QStringLiteral("%1/channels.xml was left as it was, so that the next fetch brings the "
+                                   "unsaved items again")
+                        .arg(folder);
+    } else if (!m_channels->SaveChannelXML(&reason)) {
+        failures << QStringLiteral("%1/channels.xml could not be written: %2").arg(folder, reason);
+    }
+    if (error) {
+        *error = failures.join(u'\n');
+    }
+    return failures.isEmpty();
 }
 
 bool clsProfile::AddItem(const XmlNode& item) {
@@ -149,8 +193,12 @@ RSSGroup* clsProfile::GetGroup(int index) const {
     return m_groups ? m_groups->Group(index) : nullptr;
 }
 
-bool clsProfile::SaveGroupXML() {
-    return m_active && m_groups && m_groups->SaveGroupXML();
+bool clsProfile::SaveGroupXML(QString* error) {
+    if (!m_active || !m_groups->SaveGroupXML(error)) {
+        return false;
+    }
+    m_spotlight->GroupsSaved();
+    return true;
 }
 
 RSSChannel* clsProfile::AddChannel(const QString& url, const QString& groupName) {

@@ -44,10 +44,16 @@ public:
     // A "user" element made in `doc`, for profiles.xml.
     XmlNode SaveXML(XmlDocument& doc) const;
 
-    // Loads what the profile owns; nothing happens when it is active already.
-    void SetUserActive();
+    // Loads what the profile owns; true when the profile is active afterwards. Pending events run
+    // between the steps; when one of them releases (or destroys) the profile, the activation stops
+    // there and nothing of it touches what was released.
+    bool SetUserActive();
     // Releases what the profile owns without saving its channels and groups.
     void Deactivate();
+    // Writes what the active profile holds: items.xml first, then groups.xml, then channels.xml,
+    // which records which feeds were fetched and so is written only once their items are on disk.
+    // False, with the files that failed and why, when any could not be written.
+    bool SaveProfileXML(QString* error = nullptr);
 
     // The item bank from the start of activation until Deactivate, else none.
     clsItemBank* ItemBank() const { return m_itemBank.get(); }
@@ -72,7 +78,7 @@ public:
     RSSGroup* GetGroup(const QString& name) const;
     RSSGroup* GetGroup(int index) const;
     // Writes groups.xml when active; false when inactive or it could not be written.
-    bool SaveGroupXML();
+    bool SaveGroupXML(QString* error = nullptr);
 
     // Finds or creates the channel, puts it into the group and starts its first fetch; the
     // channel found (none for an empty URL or an inactive profile).
@@ -96,8 +102,9 @@ Q_SIGNALS:
 
 private:
     void ReadUserFields(const XmlNode& node);
-    // Lets timer and network events that arrived meanwhile run between the steps of activation.
-    static void LetPendingEventsRun();
+    // Lets timer and network events that arrived meanwhile run between the steps of activation;
+    // false when the activation `run` was ended by them.
+    bool LetPendingEventsRun(quint64 run);
 
     Services m_services;
     AppHost& m_host;
@@ -105,6 +112,8 @@ private:
     bool m_default = false;
     bool m_offline = false;
     bool m_active = false;
+    // Counts activations and releases, so that an activation knows whether it is still the current one.
+    quint64 m_activation = 0;
     // Declared in the order of activation; released in the reverse order by Deactivate. The
     // channels hold lists of the bank's items and must go before it.
     std::unique_ptr<MakerSite> m_site;

@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 
 colProfiles::colProfiles(Services services, AppHost& host, QObject* parent)
@@ -26,19 +27,31 @@ void colProfiles::init() {
 }
 
 void colProfiles::XMLDoc_onreadystatechange() {
+    m_damagedFile.clear();
     QString error;
     const XmlDocument doc = XmlDocument::Load(FilePath(), &error);
     if (doc.IsNull()) {
         if (QFile::exists(FilePath())) {
-            // Kept aside, so that the next save cannot overwrite what the user may still recover.
-            QFile::rename(FilePath(), FilePath() + QStringLiteral(".damaged-") +
-                                          QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss")));
+            KeepDamagedAside();
         }
         m_host.PopupInfo(kReadError, QString(), QString());
-        return;
+    } else {
+        ReadUsers(doc.DocumentElement());
     }
-    ReadUsers(doc.DocumentElement());
     Q_EMIT ProfilesLoaded();
+}
+
+void colProfiles::KeepDamagedAside() {
+    // Renamed, never overwritten: the user may still recover the profiles from it.
+    const QString stem =
+        FilePath() + QStringLiteral(".damaged-") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QString aside = stem;
+    for (int n = 2; QFileInfo::exists(aside); ++n) {
+        aside = stem + u'-' + QString::number(n);
+    }
+    if (QFile::rename(FilePath(), aside)) {
+        m_damagedFile = aside;
+    }
 }
 
 void colProfiles::ReadUsers(const XmlNode& node) {
@@ -108,7 +121,7 @@ clsProfile* colProfiles::AddUser(const QString& name, bool isDefault, bool offli
     return m_users.back().get();
 }
 
-bool colProfiles::SaveAllXML() {
+bool colProfiles::SaveAllXML(QString* error) {
     XmlDocument doc;
     XmlNode root = doc.CreateElement(QStringLiteral("tamselprofiles"));
     for (const auto& user : m_users) {
@@ -116,12 +129,19 @@ bool colProfiles::SaveAllXML() {
     }
     doc.SetDocumentElement(root);
     QDir().mkpath(m_services.paths.ProfilesFolder());
-    bool saved = doc.Save(FilePath());
+    QStringList failures;
+    QString listError;
+    if (!doc.Save(FilePath(), &listError)) {
+        failures << QStringLiteral("%1 could not be written: %2").arg(QDir::toNativeSeparators(FilePath()), listError);
+    }
     for (const auto& user : m_users) {
-        if (user->Active()) {
-            saved = user->SaveGroupXML() && saved;
-            saved = user->SaveChannelXML() && saved;
+        QString profileError;
+        if (user->Active() && !user->SaveProfileXML(&profileError)) {
+            failures << profileError;
         }
     }
-    return saved;
+    if (error) {
+        *error = failures.join(u'\n');
+    }
+    return failures.isEmpty();
 }

@@ -24,8 +24,11 @@ public:
     colProfiles(Services services, AppHost& host, QObject* parent = nullptr);
     ~colProfiles() override;
 
-    // Starts loading profiles.xml; ProfilesLoaded follows from the event loop when it was read.
+    // Starts loading profiles.xml; ProfilesLoaded follows from the event loop. A list that cannot
+    // be read is renamed aside (DamagedFile) and the profiles start empty, so that the user can go on.
     void init();
+    // Where an unreadable profiles.xml was kept aside by the last load; empty when none was.
+    QString DamagedFile() const { return m_damagedFile; }
 
     int UserCount() const { return int(m_users.size()); }
     // By 1-based position.
@@ -37,8 +40,10 @@ public:
     void SetDefault(const QString& name);
     // Creates the profile's folder (an existing one is fine) and appends the profile.
     clsProfile* AddUser(const QString& name, bool isDefault, bool offline);
-    // Writes profiles.xml, then every active profile's groups and channels.
-    bool SaveAllXML();
+    // Writes profiles.xml, then everything every active profile holds (clsProfile::SaveProfileXML:
+    // the items before the channels that record which feeds were fetched). False, with the files
+    // that could not be written and why, when any of them failed; the others are still written.
+    bool SaveAllXML(QString* error = nullptr);
 
     QString FilePath() const;
 
@@ -48,8 +53,10 @@ Q_SIGNALS:
 private:
     void XMLDoc_onreadystatechange();
     void ReadUsers(const XmlNode& node);
+    void KeepDamagedAside();
 
     Services m_services;
     AppHost& m_host;
     std::vector<std::unique_ptr<clsProfile>> m_users;
+    QString m_damagedFile;
 };

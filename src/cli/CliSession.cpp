@@ -108,10 +108,13 @@ bool CliSession::LoadProfiles(QString* error) {
     QEventLoop wait;
     QTimer::singleShot(0, &wait, &QEventLoop::quit);
     wait.exec();
-    if (!loaded) {
-        *error = colProfiles::kReadError + QStringLiteral(" (") +
-                 QDir::toNativeSeparators(m_dataPaths.ProfilesFolder() + QStringLiteral("/profiles.xml")) +
-                 QStringLiteral(")");
+    if (!loaded || !m_profiles->DamagedFile().isEmpty()) {
+        const QString real = QDir::toNativeSeparators(m_dataPaths.ProfilesFolder() + QStringLiteral("/profiles.xml"));
+        *error = colProfiles::kReadError + QStringLiteral(" (") + real + QStringLiteral(")");
+        // A copy was set aside, not the file itself: say where the user's file really is.
+        if (m_access == Access::Write && !m_profiles->DamagedFile().isEmpty()) {
+            *error += QStringLiteral("; it was kept aside as ") + QDir::toNativeSeparators(m_profiles->DamagedFile());
+        }
         return false;
     }
     return true;
@@ -143,7 +146,25 @@ clsProfile* CliSession::Activate(const QString& name, QString* error) {
         }
     }
     m_host->ChangeUser(profile);
+    ReportDamagedItems(*profile);
     return profile;
+}
+
+void CliSession::ReportDamagedItems(clsProfile& profile) {
+    const clsItemBank* bank = profile.ItemBank();
+    if (!bank || bank->DamagedFile().isEmpty()) {
+        return;
+    }
+    const QString real = QDir::toNativeSeparators(DataProfileFolder(profile.Name()) + QStringLiteral("/items.xml"));
+    QString message = QStringLiteral("%1 could not be read (%2); ").arg(real, bank->DamageReason());
+    // A reading command set aside only its own copy, which goes when it ends.
+    message += m_access == Access::Write
+                   ? QStringLiteral("it was kept aside as %1. The items that could still be read were kept, and "
+                                    "the next fetch brings back what the feeds still carry.")
+                         .arg(QDir::toNativeSeparators(bank->DamagedFile()))
+                   : QStringLiteral("it is left as it is. The items that could still be read are shown; the next "
+                                    "fetch keeps the file aside and brings back what the feeds still carry.");
+    m_host->PopupInfo(message, profile.Name(), QString());
 }
 
 QString CliSession::DataProfileFolder(const QString& name) const {
@@ -151,12 +172,11 @@ QString CliSession::DataProfileFolder(const QString& name) const {
 }
 
 bool CliSession::SaveAll(QString* error) {
-    if (m_access != Access::Write || !m_profiles->SaveAllXML()) {
-        *error = QStringLiteral("The profile list, groups or channels of %1 could not be written.")
-                     .arg(QDir::toNativeSeparators(m_dataPaths.ProfilesFolder()));
+    if (m_access != Access::Write) {
+        *error = QStringLiteral("A reading command does not save.");
         return false;
     }
-    return true;
+    return m_profiles->SaveAllXML(error);
 }
 
 bool CliSession::Close(QString* error) {

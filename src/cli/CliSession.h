@@ -46,7 +46,8 @@ public:
     clsProfile* Activate(const QString& name, QString* error);
     // The profile's folder in the data folder itself (never the copy).
     QString DataProfileFolder(const QString& name) const;
-    // Writes the profile list and the active profile's groups and channels (SaveAllXML).
+    // Writes the profile list and everything the active profile holds, items before channels
+    // (SaveAllXML); false with the message to show when any file could not be written.
     bool SaveAll(QString* error);
     // Releases the profile (the item bank writes items.xml when it changed) and the data folder;
     // false with the message to show when a session that writes could not save the item bank.
@@ -60,6 +61,8 @@ public:
 private:
     bool CopyFile(const QString& from, const QString& to) const;
     bool LoadProfiles(QString* error);
+    // Tells the user where an unreadable items.xml of the profile really is.
+    void ReportDamagedItems(clsProfile& profile);
 
     Paths m_dataPaths;
     Access m_access;

@@ -97,8 +97,10 @@ QString RSSImage::GetImage(const QString& id, const QString& folder) {
     if (!ok) {
         return {};
     }
-    // A write error is passed over: the path is still handed out, as the picture is optional.
-    AtomicFile::Write(path, data);
+    // A picture that did not reach the disk is not recorded: the next request downloads it again.
+    if (!AtomicFile::Write(path, data)) {
+        return {};
+    }
     m_localPath = path;
     return m_localPath;
 }

@@ -29,7 +29,7 @@ public:
     // An "image" element made in `doc` with title, link and url, each only when not empty.
     XmlNode SaveXML(XmlDocument& doc) const;
     // The path of the local copy; the first call downloads the picture unless the file exists.
-    // Empty when no logo is known, the address is not http(s), or the download failed.
+    // Empty when no logo is known, the address is not http(s), or the download or its save failed.
     // The download keeps the event loop running; the owner may be gone when it returns.
     QString GetImage(const QString& id, const QString& folder);
 

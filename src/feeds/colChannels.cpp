@@ -124,8 +124,11 @@ void colChannels::ParseChannelNode(const XmlNode& node) {
     added->LoadLocal(ChannelFolder());
 }
 
-bool colChannels::SaveChannelXML() {
+bool colChannels::SaveChannelXML(QString* error) {
     if (m_saveBlocked) {
+        if (error) {
+            *error = QStringLiteral("it could not be read nor kept aside, so it is not overwritten");
+        }
         return false;
     }
     XmlDocument doc;
@@ -135,7 +138,13 @@ bool colChannels::SaveChannelXML() {
     }
     doc.SetDocumentElement(root);
     QDir().mkpath(m_profileFolder);
-    return doc.Save(FilePath());
+    return doc.Save(FilePath(), error);
+}
+
+void colChannels::ForgetLastModified() {
+    for (const auto& channel : m_channels) {
+        channel->ForgetLastModified();
+    }
 }
 
 bool colChannels::SaveOPML(const QString& path) {

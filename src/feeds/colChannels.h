@@ -34,7 +34,9 @@ public:
     void LoadXML();
     // Writes every channel, built-ins included, to channels.xml atomically; false when it could
     // not be written (or a damaged file could not be kept aside).
-    bool SaveChannelXML();
+    bool SaveChannelXML(QString* error = nullptr);
+    // Every channel checks its feed as never seen before on its next fetch.
+    void ForgetLastModified();
     // Writes the user's channels (no built-ins) as OPML; false when it could not be written.
     bool SaveOPML(const QString& path);
 

@@ -25,7 +25,9 @@ const QString kNeverChecked = QStringLiteral("-1");
 clsSpotlight::clsSpotlight(Services services, const MakerSite& site, AppHost& host, QObject* parent)
     : QObject(parent), m_services(std::move(services)), m_site(site), m_host(host) {}
 
-clsSpotlight::~clsSpotlight() {
+clsSpotlight::~clsSpotlight() = default;
+
+void clsSpotlight::GroupsSaved() {
     if (!m_profileName.isEmpty()) {
         m_services.settings.SaveSetting(kSection, m_profileName + kLastModSuffix, m_lastModified);
     }
@@ -59,7 +61,7 @@ void clsSpotlight::m_Reloader_OnTimer() {
 
 void clsSpotlight::objInet_StateChange(int state) {
     if (state == HttpRequest::icError) {
-        LoadList();
+        LoadList(m_lastModified);
         return;
     }
     if (state != HttpRequest::icResponseCompleted) {
@@ -67,15 +69,13 @@ void clsSpotlight::objInet_StateChange(int state) {
     }
     const QString header = m_request->GetHeader(QStringLiteral("Last-modified"));
     const bool unchanged = !header.isEmpty() && header == m_lastModified && m_lastModified != kNeverChecked;
-    if (!header.isEmpty()) {
-        m_lastModified = header;
-    }
     if (!unchanged) {
-        LoadList();
+        LoadList(header.isEmpty() ? m_lastModified : header);
     }
 }
 
-void clsSpotlight::LoadList() {
+void clsSpotlight::LoadList(const QString& lastModified) {
+    m_pendingLastModified = lastModified;
     // The reader waits with the event loop running; it must not do so inside the request's
     // own report, which may be gone by the time the wait ends.
     QTimer::singleShot(0, this, [this] { OPML->LoadOPML(m_site.SpotlightURL()); });
@@ -107,4 +107,6 @@ void clsSpotlight::OPML_FileLoaded() {
     for (int j = OPML->GetCount() - 1; j >= 0; --j) {
         m_host.AddChannel(OPML->GetURL(j), GroupName::Spotlight);
     }
+    // Applied only now: the saves of the groups during the walk must not record a list half applied.
+    m_lastModified = m_pendingLastModified;
 }

@@ -25,25 +25,30 @@ public:
     static constexpr quint32 kCheckPeriodMs = 21600000;
 
     clsSpotlight(Services services, const MakerSite& site, AppHost& host, QObject* parent = nullptr);
-    // Keeps the last Last-modified header for the next start.
     ~clsSpotlight() override;
 
     void init(const QString& profileName);
     // Checks the list now.
     void LoadOPML();
     QString LastModified() const { return m_lastModified; }
+    // The groups are on disk: the Last-modified of the list they reflect is kept for the next
+    // start. Kept no earlier, so that a crash before never makes an unsaved list look current.
+    void GroupsSaved();
 
 private:
     void m_Reloader_OnTimer();
     void objInet_StateChange(int state);
-    void LoadList();
+    // Loads the list whose header was `lastModified`.
+    void LoadList(const QString& lastModified);
     void OPML_FileLoaded();
 
     Services m_services;
     const MakerSite& m_site;
     AppHost& m_host;
     QString m_profileName;
+    // Of the last list applied to the group; the header of a list still loading waits beside it.
     QString m_lastModified;
+    QString m_pendingLastModified;
     std::unique_ptr<clsOPML> OPML;
     std::unique_ptr<LongTimer> m_Reloader;
     std::unique_ptr<HttpRequest> m_request;

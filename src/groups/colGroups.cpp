@@ -76,7 +76,7 @@ void colGroups::WalkGroups(const XmlNode& node) {
     Q_EMIT NewGroup(m_groups.back().get());
 }
 
-bool colGroups::SaveGroupXML() const {
+bool colGroups::SaveGroupXML(QString* error) const {
     XmlDocument doc;
     XmlNode root = doc.CreateElement(QStringLiteral("tamselgroups"));
     for (const auto& group : m_groups) {
@@ -84,7 +84,7 @@ bool colGroups::SaveGroupXML() const {
     }
     doc.SetDocumentElement(root);
     QDir().mkpath(m_profileFolder);
-    return doc.Save(FilePath());
+    return doc.Save(FilePath(), error);
 }
 
 RSSGroup* colGroups::Group(int index) const {

@@ -26,7 +26,8 @@ public:
     // Reads groups.xml; a missing file is passed over, a damaged one kept aside.
     void LoadXML();
     // Writes groups.xml atomically; false when it could not be written.
-    bool SaveGroupXML() const;
+    // Writes groups.xml atomically; false, with the reason when asked, when it could not.
+    bool SaveGroupXML(QString* error = nullptr) const;
 
     int GroupCount() const { return int(m_groups.size()); }
     // By 1-based position; none outside the list.

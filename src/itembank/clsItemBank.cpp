@@ -138,6 +138,7 @@ QString clsItemBank::FilePath() const {
 
 void clsItemBank::LoadXML() {
     m_damagedFile.clear();
+    m_damageReason.clear();
     m_saveBlocked = false;
     const QString path = FilePath();
     const QFileInfo info(path);
@@ -154,7 +155,9 @@ void clsItemBank::LoadXML() {
     XmlDocument doc = XmlDocument::Load(path, &error);
     if (doc.IsNull()) {
         KeepDamagedAside(error);
-        StartEmpty();
+        if (m_damagedFile.isEmpty() || !RecoverFrom(m_damagedFile)) {
+            StartEmpty();
+        }
         return;
     }
     if (!ItemXml::IsPlainElement(doc.DocumentElement().Raw(), "itembank")) {
@@ -181,6 +184,28 @@ void clsItemBank::StartEmpty() {
     RebuildIndexes();
 }
 
+bool clsItemBank::RecoverFrom(const QString& damagedFile) {
+    XmlParseOptions options;
+    options.recover = true;
+    XmlDocument doc = XmlDocument::Load(damagedFile, nullptr, options);
+    if (doc.IsNull() || !ItemXml::IsPlainElement(doc.DocumentElement().Raw(), "itembank")) {
+        return false;
+    }
+    XmlNode root = doc.DocumentElement();
+    if (XmlNode last = root.LastChild(); !last.IsNull()) {
+        doc.RemoveChild(root, last);
+    }
+    if (!m_doc.IsNull() && !m_doc.DocumentElement().IsNull()) {
+        m_retiredDocs.push_back(std::move(m_doc));
+    }
+    m_doc = std::move(doc);
+    m_loaded = true;
+    RebuildIndexes();
+    // What was recovered becomes the new items.xml at the next save.
+    Changed();
+    return true;
+}
+
 void clsItemBank::KeepDamagedAside(const QString& reason) {
     const QString path = FilePath();
     const QString base =
@@ -191,8 +216,7 @@ void clsItemBank::KeepDamagedAside(const QString& reason) {
     }
     if (QFile::rename(path, target)) {
         m_damagedFile = target;
-        qWarning().noquote()
-            << QStringLiteral("items.xml could not be read (%1); kept aside as %2").arg(reason, target);
+        m_damageReason = reason;
         return;
     }
     // Saving now would overwrite the only copy of the user's items.

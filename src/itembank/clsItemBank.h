@@ -47,7 +47,9 @@ public:
     void init(const QString& profileName);
     // Loads items.xml synchronously. A missing file gives an empty bank. A file that cannot be
     // read or parsed, or whose root is not "itembank", is renamed aside
-    // (items.xml.damaged-yyyyMMdd-HHmmss) and the bank starts empty.
+    // (items.xml.damaged-yyyyMMdd-HHmmss) and left untouched there; the bank starts with the items
+    // that could still be read from it (all but the last, which a cut-off write may have left
+    // half written), or empty.
     void LoadXML();
 
     // Merges a candidate item (of any document) into the bank: dropped when it is a duplicate by
@@ -91,6 +93,10 @@ public:
     QString FilePath() const;
     // Where a damaged items.xml was kept aside by the last load; empty when none was.
     QString DamagedFile() const { return m_damagedFile; }
+    // Why that file could not be read.
+    QString DamageReason() const { return m_damageReason; }
+    // Whether the last load could not read all of items.xml, so that items may be missing.
+    bool LostItems() const { return !m_damagedFile.isEmpty() || m_saveBlocked; }
     // The store, for reading only: items are changed through the bank and modItemHandler.
     const XmlDocument& XMLDoc() const { return m_doc; }
 
@@ -156,6 +162,7 @@ private:
 
     void StartEmpty();
     void KeepDamagedAside(const QString& reason);
+    bool RecoverFrom(const QString& damagedFile);
     void RebuildIndexes();
     quint32 SlotOf(const _xmlNode* item) const;
 
@@ -186,6 +193,7 @@ private:
     QString m_bankFolder;
     QString m_lastError;
     QString m_damagedFile;
+    QString m_damageReason;
     XmlDocument m_doc;
     // Documents of earlier loads, kept so that lists handed out from them never dangle.
     std::vector<XmlDocument> m_retiredDocs;

@@ -3,16 +3,22 @@
 #include "platform/SingleInstance.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QDir>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QThread>
+#include <algorithm>
 
 namespace {
 
 constexpr int kAnswerWaitMs = 2000;
 constexpr unsigned long kRetryMs = 200;
+// A live owner writes its details into the lock file right after creating it; a file that still
+// names nobody after this long was left by a program killed in between.
+constexpr qint64 kOwnerlessLockMs = 1000;
 const QByteArray kShowMessage = QByteArrayLiteral("show\n");
 
 QString LockPath(const QString& dataFolder) {
@@ -51,7 +57,12 @@ bool SingleInstance::WindowAnswers(bool askToShow) const {
 SingleInstance::Result SingleInstance::Acquire(int waitMs) {
     QDir().mkpath(m_dataFolder);
     const QDeadlineTimer deadline(m_role == Role::Window ? waitMs : 0);
+    bool removedOwnerless = false;
     while (!m_lock.tryLock(0)) {
+        if (!removedOwnerless && RemoveOwnerlessLock()) {
+            removedOwnerless = true;
+            continue;
+        }
         if (WindowAnswers(m_role == Role::Window)) {
             return Result::HeldByWindow;
         }
@@ -64,6 +75,27 @@ SingleInstance::Result SingleInstance::Acquire(int waitMs) {
         Listen();
     }
     return Result::Acquired;
+}
+
+bool SingleInstance::RemoveOwnerlessLock() {
+    qint64 pid = 0;
+    QString hostname;
+    QString appname;
+    if (m_lock.getLockInfo(&pid, &hostname, &appname)) {
+        return false;
+    }
+    const QFileInfo file(LockPath(m_dataFolder));
+    if (!file.exists()) {
+        return false;
+    }
+    const qint64 age = file.lastModified().msecsTo(QDateTime::currentDateTime());
+    if (age < kOwnerlessLockMs) {
+        QThread::msleep(static_cast<unsigned long>(kOwnerlessLockMs - std::max<qint64>(age, 0)));
+        if (m_lock.getLockInfo(&pid, &hostname, &appname)) {
+            return false;
+        }
+    }
+    return m_lock.removeStaleLockFile();
 }
 
 void SingleInstance::Listen() {

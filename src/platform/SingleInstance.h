@@ -43,6 +43,8 @@ private:
     QString SocketName() const;
     bool WindowAnswers(bool askToShow) const;
     void Listen();
+    // Removes a lock file that names no owner once it is old enough; true when it was removed.
+    bool RemoveOwnerlessLock();
 
     QString m_dataFolder;
     Role m_role;

@@ -69,6 +69,9 @@ int ParserFlags(const XmlParseOptions& options) {
     if (options.loadMappedDtd) {
         flags |= XML_PARSE_DTDLOAD;
     }
+    if (options.recover) {
+        flags |= XML_PARSE_RECOVER;
+    }
     return flags;
 }
 
@@ -147,7 +150,8 @@ XmlDocument XmlDocument::Parse(const QByteArray& bytes, QString* error, const Xm
     const QByteArray url = options.baseUrl.toUtf8();
     xmlDoc* doc = xmlCtxtReadMemory(ctxt.get(), bytes.constData(), int(bytes.size()),
                                     url.isEmpty() ? nullptr : url.constData(), nullptr, ParserFlags(options));
-    if (!doc || !ctxt->wellFormed) {
+    const bool usable = doc && (ctxt->wellFormed || (options.recover && xmlDocGetRootElement(doc)));
+    if (!usable) {
         if (error) {
             *error = ErrorText(ctxt.get());
         }

@@ -18,6 +18,9 @@ struct XmlParseOptions {
     // Whitespace-only text stays within XHTML markup, where a blank between two inline elements
     // is a word space; elsewhere it is dropped as usual.
     bool keepXhtmlBlanks = false;
+    // Keeps what can be read of a damaged document (a cut-off or corrupted file) instead of
+    // failing; the result is null only when not even a root element could be read.
+    bool recover = false;
 
     // As a channel parses what it fetched.
     static XmlParseOptions ForFeed(const QString& baseUrl) {

@@ -109,6 +109,10 @@ XmlNode XmlNode::FirstChild() const {
     return XmlNode(m_node ? m_node->children : nullptr);
 }
 
+XmlNode XmlNode::LastChild() const {
+    return XmlNode(m_node ? xmlGetLastChild(m_node) : nullptr);
+}
+
 XmlNode XmlNode::NextSibling() const {
     return XmlNode(m_node ? m_node->next : nullptr);
 }

@@ -38,6 +38,7 @@ public:
 
     XmlNode Parent() const;
     XmlNode FirstChild() const;
+    XmlNode LastChild() const;
     XmlNode NextSibling() const;
     bool HasChildNodes() const;
     std::vector<XmlNode> ChildNodes() const;

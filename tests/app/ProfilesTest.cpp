@@ -96,21 +96,28 @@ TEST_F(ProfilesTest, AnEmptyListLoadsWithoutProfiles) {
     EXPECT_EQ(profiles.GetDefaultUser(), nullptr);
 }
 
+// The user must be able to go on: the list loads empty, so that a new profile can be made.
 TEST_F(ProfilesTest, AMissingOrBrokenFileIsReportedAndABrokenOneKeptAside) {
-    EXPECT_FALSE(Load(QByteArray()));
+    EXPECT_TRUE(Load(QByteArray()));
     EXPECT_EQ(host.popups, QStringList{QStringLiteral("Error Reading Profiles.XML File !!!||")});
+    EXPECT_EQ(profiles.DamagedFile(), QString()) << "nothing to keep aside";
 
     colProfiles again(services, host);
     home.Write(QStringLiteral("profiles/profiles.xml"), "<tamselprofiles><user>");
     QSignalSpy loaded(&again, &colProfiles::ProfilesLoaded);
     again.init();
     QCoreApplication::processEvents();
-    EXPECT_EQ(loaded.count(), 0);
+    EXPECT_EQ(loaded.count(), 1);
+    EXPECT_EQ(again.UserCount(), 0);
     EXPECT_EQ(host.popups.size(), 2);
     const QStringList aside = QDir(home.File(QStringLiteral("profiles"))).entryList({QStringLiteral("profiles.xml.damaged-*")});
     ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(again.DamagedFile(), home.File(QStringLiteral("profiles/") + aside.first()));
     EXPECT_EQ(home.Read(QStringLiteral("profiles/") + aside.first()), QByteArray("<tamselprofiles><user>"));
-    EXPECT_FALSE(QFileInfo::exists(home.File(QStringLiteral("profiles/profiles.xml"))));
+    again.AddUser(QStringLiteral("Ann"), true, false);
+    ASSERT_TRUE(again.SaveAllXML());
+    EXPECT_EQ(home.Read(QStringLiteral("profiles/") + aside.first()), QByteArray("<tamselprofiles><user>"))
+        << "a new list never overwrites the one kept aside";
 }
 
 TEST_F(ProfilesTest, AddUserCreatesTheFolderAndADefaultClearsTheOthers) {

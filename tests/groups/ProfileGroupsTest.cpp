@@ -262,14 +262,20 @@ TEST_F(ProfileGroupsTest, AnUnchangedListIsLoadedOnceAlsoAcrossRestarts) {
     EXPECT_EQ(ListLoads(), 1) << "same Last-modified";
 
     host.ChangeUser(nullptr);
+    EXPECT_EQ(settings.GetSetting(u"Spotlight"_s, kProfile + u"_lastmod"_s, QString()), QString())
+        << "not kept while the group it was applied to was never saved";
+    ActivateAndCheck();
+    ASSERT_EQ(ListLoads(), 2);
+    ASSERT_TRUE(profile.SaveProfileXML());
+    host.ChangeUser(nullptr);
     EXPECT_EQ(settings.GetSetting(u"Spotlight"_s, kProfile + u"_lastmod"_s, QString()), stamp);
     ActivateAndCheck();
-    EXPECT_EQ(ListLoads(), 1) << "kept for the next start";
+    EXPECT_EQ(ListLoads(), 2) << "kept for the next start";
 
     ServeList({kA, kB}, u"Tue, 17 Nov 2026 10:00:00 GMT"_s);
     clock.Advance(clsSpotlight::kCheckPeriodMs);
     Settle();
-    EXPECT_EQ(ListLoads(), 2);
+    EXPECT_EQ(ListLoads(), 3);
     EXPECT_TRUE(Spotlight().HasChannel(kB));
 }
 
