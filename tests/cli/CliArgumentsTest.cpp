@@ -2,15 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliArguments.h"
 #include "app/SharedHelpers.h"
+#include "support/QStringPrinter.h"
 
 #include <gtest/gtest.h>
 #include <ostream>
 
 using namespace Qt::StringLiterals;
-
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 namespace {
 
@@ -126,16 +123,6 @@ TEST(CliArgumentsTest, EveryCommandHasItsHelp) {
     EXPECT_TRUE(CliArguments::CommandUsage(u"list"_s).contains(u"--filter KEY"_s));
     EXPECT_TRUE(CliArguments::CommandUsage(u"fetch"_s).contains(u"--force"_s));
     EXPECT_TRUE(CliArguments::CommandUsage(u"nosuch"_s).isEmpty());
-}
-
-TEST(CliArgumentsTest, WhichCommandsChangeTheData) {
-    for (const QString& command : {u"profile-add"_s, u"import"_s, u"add"_s, u"remove"_s, u"fetch"_s,
-                                   u"show"_s, u"mark-read"_s, u"tag"_s, u"delete"_s}) {
-        EXPECT_TRUE(CliArguments::ChangesData(command)) << command.toStdString();
-    }
-    for (const QString& command : {u"profiles"_s, u"list"_s, u"stats"_s, u"export"_s, u"nosuch"_s}) {
-        EXPECT_FALSE(CliArguments::ChangesData(command)) << command.toStdString();
-    }
 }
 
 TEST(CliArgumentsTest, FolderNamesAndKeys) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The built tamsel-cli, run as a user runs it: in its own process, under a temporary TAMSEL_HOME,
-// against feeds served by a local HTTP server. The test serves the event loop while the program
+// against feeds served by a local HTTP s_server-> The test serves the event loop while the program
 // runs, so that the server can answer.
 #include "platform/CRegSettings.h"
 #include "platform/Paths.h"
@@ -9,9 +9,11 @@
 #include "platform/XmlDocument.h"
 #include "support/EventPump.h"
 #include "support/LocalHttpServer.h"
+#include "support/QStringPrinter.h"
 
 #include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -22,14 +24,11 @@
 #include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <ostream>
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
-
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 namespace {
 
@@ -77,87 +76,123 @@ QByteArray Feed(int feed, int items) {
     return body + "</channel></rss>";
 }
 
-class CliEndToEndTest : public ::testing::Test {
-protected:
-    CliEndToEndTest() {
-        // The maker's site is this server: its (empty) Spotlight list subscribes to nothing.
-        CRegSettings settings(GetPaths());
-        settings.SaveSetting(u"Common"_s, u"MakerSite"_s, server.Url(QString()).toString());
-        server.ServeXml(u"/tamsel/spotlight.xml"_s, "<opml><body/></opml>", "Mon, 16 Nov 2026 09:00:00 GMT");
+// The program as a user runs it, under `home`. `inChild` runs in the new process before the program
+// starts (async-signal-safe calls only).
+CliRun RunIn(const QString& home, const QStringList& arguments, const std::function<void()>& inChild = {}) {
+    QProcess process;
+    if (inChild) {
+        process.setChildProcessModifier(inChild);
     }
-
-    Paths GetPaths() const {
-        return Paths(QStringLiteral(TAMSEL_BUILD_DATA_DIR), home.path(), home.path() + u"/config"_s);
-    }
-    QString ProfileFile(const QString& name) const {
-        return GetPaths().ProfileFolder(kProfile) + u'/' + name;
-    }
-    static QByteArray ReadFile(const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    // `inChild` runs in the new process before the program starts (async-signal-safe calls only).
-    CliRun Run(const QStringList& arguments, const std::function<void()>& inChild = {}) {
-        QProcess process;
-        if (inChild) {
-            process.setChildProcessModifier(inChild);
-        }
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"TAMSEL_HOME"_s, home.path());
-        environment.insert(u"TAMSEL_RESOURCES"_s, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
-        process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(home.path());
-        process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
-        CliRun run;
-        const bool ended =
-            PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs);
-        if (!ended) {
-            process.kill();
-            process.waitForFinished();
-            ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
-            return run;
-        }
-        run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        run.out = QString::fromUtf8(process.readAllStandardOutput());
-        run.err = QString::fromUtf8(process.readAllStandardError());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"TAMSEL_HOME"_s, home);
+    environment.insert(u"TAMSEL_RESOURCES"_s, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(home);
+    process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
+    CliRun run;
+    if (!PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs)) {
+        process.kill();
+        process.waitForFinished();
+        ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
         return run;
     }
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
 
-    QString FeedUrl(int feed) const { return server.Url(u"/feed"_s + QString::number(feed)).toString(); }
-    void ServeFeeds(int items = 2) {
+Paths HomePaths(const QString& home) {
+    return Paths(QStringLiteral(TAMSEL_BUILD_DATA_DIR), home, home + u"/config"_s);
+}
+
+QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void CopyFolder(const QString& from, const QString& to) {
+    QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString source = it.next();
+        const QString target = to + source.mid(from.size());
+        QDir().mkpath(QFileInfo(target).path());
+        QFile::remove(target);
+        ASSERT_TRUE(QFile::copy(source, target)) << target.toStdString();
+    }
+}
+
+// One server for the suite, and one home subscribed to its six feeds that each test that needs
+// subscriptions starts from a copy of: the import and the first fetch run once.
+class CliEndToEndTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        s_server = std::make_unique<LocalHttpServer>();
+        s_subscribed = std::make_unique<QTemporaryDir>();
+        // The maker's site is this server: its (empty) Spotlight list subscribes to nothing.
+        s_server->ServeXml(u"/tamsel/spotlight.xml"_s, "<opml><body/></opml>",
+                           "Mon, 16 Nov 2026 09:00:00 GMT");
+        ServeFeeds();
+        const QString home = s_subscribed->path();
+        PointAtTheServer(home);
+        s_added = RunIn(home, {u"profile-add"_s, kProfile});
+        s_imported = RunIn(home, {u"import"_s, WriteOpml(home)});
+        s_server->ClearRequests();
+        s_fetched = RunIn(home, {u"fetch"_s});
+        s_firstFetchRequests = FeedRequests();
+    }
+    static void TearDownTestSuite() {
+        s_subscribed.reset();
+        s_server.reset();
+    }
+    void SetUp() override {
+        PointAtTheServer(home.path());
+        ServeFeeds();
+        s_server->ClearRequests();
+    }
+
+    static void PointAtTheServer(const QString& home) {
+        CRegSettings settings(HomePaths(home));
+        settings.SaveSetting(u"Common"_s, u"MakerSite"_s, s_server->Url(QString()).toString());
+    }
+    static QString FeedUrl(int feed) { return s_server->Url(u"/feed"_s + QString::number(feed)).toString(); }
+    static void ServeFeeds(int items = 2) {
         for (int feed = 1; feed <= kFeeds; ++feed) {
-            server.ServeXml(u"/feed"_s + QString::number(feed), Feed(feed, items),
-                            "Mon, 16 Nov 2026 08:00:00 GMT");
+            s_server->ServeXml(u"/feed"_s + QString::number(feed), Feed(feed, items),
+                               "Mon, 16 Nov 2026 08:00:00 GMT");
         }
     }
-    QString WriteOpml() const {
+    static QString WriteOpml(const QString& home) {
         QByteArray opml =
             "<opml version=\"1.0\"><head><title>Mine</title></head><body><outline text=\"News\">";
         for (int feed = 1; feed <= kFeeds; ++feed) {
             opml += "<outline text=\"F\" xmlUrl=\"" + FeedUrl(feed).toUtf8() + "\"/>";
         }
         opml += "<outline text=\"odd\" xmlUrl=\"ftp://files.example/feed\"/></outline></body></opml>";
-        const QString path = home.filePath(u"in.opml"_s);
+        const QString path = home + u"/in.opml"_s;
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(opml);
         return path;
     }
     // Feed requests the server saw, in order ("HEAD /feed1", "GET /feed1", ...).
-    QStringList FeedRequests() const {
-        QStringList requests = server.Requests();
+    static QStringList FeedRequests() {
+        QStringList requests = s_server->Requests();
         requests.removeIf([](const QString& request) { return !request.contains(u" /feed"_s); });
         return requests;
     }
-    // A profile subscribed to the six feeds, each fetched once.
+
+    CliRun Run(const QStringList& arguments, const std::function<void()>& inChild = {}) {
+        return RunIn(home.path(), arguments, inChild);
+    }
+    Paths GetPaths() const { return HomePaths(home.path()); }
+    QString ProfileFile(const QString& name) const {
+        return GetPaths().ProfileFolder(kProfile) + u'/' + name;
+    }
+    // This test's home becomes a profile subscribed to the six feeds, each fetched once.
     void Subscribe() {
-        ServeFeeds();
-        ASSERT_EQ(Run({u"profile-add"_s, kProfile}).exitCode, 0);
-        const CliRun imported = Run({u"import"_s, WriteOpml()});
-        ASSERT_EQ(imported.exitCode, 0) << imported;
-        const CliRun fetched = Run({u"fetch"_s});
-        ASSERT_EQ(fetched.exitCode, 0) << fetched;
+        ASSERT_EQ(s_fetched.exitCode, 0) << s_fetched;
+        CopyFolder(s_subscribed->path(), home.path());
     }
     QList<QJsonObject> List(const QStringList& options) {
         const CliRun run = Run(QStringList{u"list"_s, u"--json"_s} + options);
@@ -165,34 +200,37 @@ protected:
         return run.Objects();
     }
 
+    static inline std::unique_ptr<LocalHttpServer> s_server;
+    static inline std::unique_ptr<QTemporaryDir> s_subscribed;
+    static inline CliRun s_added;
+    static inline CliRun s_imported;
+    static inline CliRun s_fetched;
+    static inline QStringList s_firstFetchRequests;
     QTemporaryDir home;
-    LocalHttpServer server;
 };
 
 TEST_F(CliEndToEndTest, ImportAndTheFirstFetchLoadEveryFeed) {
-    ServeFeeds();
-    ASSERT_EQ(Run({u"profile-add"_s, kProfile}).exitCode, 0);
-    const CliRun imported = Run({u"import"_s, WriteOpml()});
-    ASSERT_EQ(imported.exitCode, 0) << imported;
+    ASSERT_EQ(s_added.exitCode, 0) << s_added;
+    ASSERT_EQ(s_imported.exitCode, 0) << s_imported;
     EXPECT_TRUE(
-        imported.out.contains(u"Subscribed to 6 new channel(s) in \"My Channels\" (0 already subscribed, "
-                              u"1 skipped)."_s))
-        << imported;
-    EXPECT_TRUE(imported.err.contains(u"Skipped ftp://files.example/feed"_s)) << imported;
+        s_imported.out.contains(u"Subscribed to 6 new channel(s) in \"My Channels\" (0 already subscribed, "
+                                u"1 skipped)."_s))
+        << s_imported;
+    EXPECT_TRUE(s_imported.err.contains(u"Skipped ftp://files.example/feed"_s)) << s_imported;
 
-    server.ClearRequests();
-    const CliRun fetched = Run({u"fetch"_s});
-    ASSERT_EQ(fetched.exitCode, 0) << fetched;
-    EXPECT_TRUE(fetched.out.endsWith(u"6 channel(s): 6 ok, 0 unchanged, 0 failed; 12 new item(s).\n"_s))
-        << fetched;
+    ASSERT_EQ(s_fetched.exitCode, 0) << s_fetched;
+    EXPECT_TRUE(s_fetched.out.endsWith(u"6 channel(s): 6 ok, 0 unchanged, 0 failed; 12 new item(s).\n"_s))
+        << s_fetched;
     // Not a terminal: no progress line.
-    EXPECT_EQ(fetched.Lines().size(), 1) << fetched;
-    const QStringList requests = FeedRequests();
+    EXPECT_EQ(s_fetched.Lines().size(), 1) << s_fetched;
     for (int feed = 1; feed <= kFeeds; ++feed) {
         const QString path = u"/feed"_s + QString::number(feed);
-        EXPECT_EQ(requests.count(u"HEAD "_s + path), 1) << requests.join(u", "_s).toStdString();
-        EXPECT_EQ(requests.count(u"GET "_s + path), 1) << requests.join(u", "_s).toStdString();
+        EXPECT_EQ(s_firstFetchRequests.count(u"HEAD "_s + path), 1)
+            << s_firstFetchRequests.join(u", "_s).toStdString();
+        EXPECT_EQ(s_firstFetchRequests.count(u"GET "_s + path), 1)
+            << s_firstFetchRequests.join(u", "_s).toStdString();
     }
+    Subscribe();
 
     // The Unread folder is the default list: every item, newest stored first.
     const QList<QJsonObject> unread = List({});
@@ -204,7 +242,7 @@ TEST_F(CliEndToEndTest, ImportAndTheFirstFetchLoadEveryFeed) {
         EXPECT_FALSE(item.value(u"read"_s).toBool());
         EXPECT_FALSE(item.value(u"flag"_s).toBool());
         EXPECT_FALSE(item.value(u"delete"_s).toBool());
-        EXPECT_TRUE(item.value(u"channel"_s).toString().startsWith(server.Url(u"/feed"_s).toString()));
+        EXPECT_TRUE(item.value(u"channel"_s).toString().startsWith(s_server->Url(u"/feed"_s).toString()));
         EXPECT_TRUE(item.value(u"channeltitle"_s).toString().startsWith(u"Feed "_s));
         EXPECT_FALSE(item.value(u"guid"_s).toString().isEmpty());
         titles.insert(item.value(u"title"_s).toString());
@@ -342,48 +380,45 @@ TEST_F(CliEndToEndTest, NumbersNeverPointToAnotherItem) {
 
 TEST_F(CliEndToEndTest, UnchangedFeedsAreCheckedButNotDownloaded) {
     Subscribe();
-    server.ClearRequests();
-    const CliRun again = Run({u"fetch"_s});
-    ASSERT_EQ(again.exitCode, 0) << again;
-    EXPECT_TRUE(again.out.endsWith(u"6 channel(s): 0 ok, 6 unchanged, 0 failed; 0 new item(s).\n"_s))
-        << again;
-    QStringList requests = FeedRequests();
-    EXPECT_EQ(requests.size(), kFeeds) << requests.join(u", "_s).toStdString();
+    // Four channels fit the four connection slots, so that no check waits for a free one; the
+    // first fetch of six went through the slots already.
+    ASSERT_EQ(Run({u"remove"_s, FeedUrl(5)}).exitCode, 0);
+    ASSERT_EQ(Run({u"remove"_s, FeedUrl(6)}).exitCode, 0);
+    constexpr int kChecked = 4;
+    const auto fetch = [this](const QStringList& options, const QString& summary) {
+        s_server->ClearRequests();
+        const CliRun run = Run(QStringList{u"fetch"_s} + options);
+        EXPECT_EQ(run.exitCode, 0) << run;
+        EXPECT_TRUE(run.out.endsWith(summary)) << run;
+        return FeedRequests();
+    };
+    QStringList requests = fetch({}, u"4 channel(s): 0 ok, 4 unchanged, 0 failed; 0 new item(s).\n"_s);
+    EXPECT_EQ(requests.size(), kChecked) << requests.join(u", "_s).toStdString();
     EXPECT_TRUE(requests.filter(u"GET "_s).isEmpty()) << requests.join(u", "_s).toStdString();
 
     // One feed changes: only it is downloaded, and only its new item is new.
-    server.ServeXml(u"/feed4"_s, Feed(4, 3), "Mon, 16 Nov 2026 10:00:00 GMT");
-    server.ClearRequests();
-    const CliRun changed = Run({u"fetch"_s});
-    ASSERT_EQ(changed.exitCode, 0) << changed;
-    EXPECT_TRUE(changed.out.endsWith(u"6 channel(s): 1 ok, 5 unchanged, 0 failed; 1 new item(s).\n"_s))
-        << changed;
-    EXPECT_EQ(FeedRequests().filter(u"GET "_s), QStringList{u"GET /feed4"_s});
+    s_server->ServeXml(u"/feed4"_s, Feed(4, 3), "Mon, 16 Nov 2026 10:00:00 GMT");
+    requests = fetch({}, u"4 channel(s): 1 ok, 3 unchanged, 0 failed; 1 new item(s).\n"_s);
+    EXPECT_EQ(requests.filter(u"GET "_s), QStringList{u"GET /feed4"_s});
 
-    // --force downloads everything, through the same slots and HEAD checks.
-    server.ClearRequests();
-    const CliRun forced = Run({u"fetch"_s, u"--force"_s});
-    ASSERT_EQ(forced.exitCode, 0) << forced;
-    EXPECT_TRUE(forced.out.endsWith(u"6 channel(s): 6 ok, 0 unchanged, 0 failed; 0 new item(s).\n"_s))
-        << forced;
-    requests = FeedRequests();
-    EXPECT_EQ(requests.filter(u"GET "_s).size(), kFeeds) << requests.join(u", "_s).toStdString();
-    EXPECT_EQ(requests.filter(u"HEAD "_s).size(), kFeeds) << requests.join(u", "_s).toStdString();
+    // --force downloads everything, after the same HEAD checks.
+    requests = fetch({u"--force"_s}, u"4 channel(s): 4 ok, 0 unchanged, 0 failed; 0 new item(s).\n"_s);
+    EXPECT_EQ(requests.filter(u"GET "_s).size(), kChecked) << requests.join(u", "_s).toStdString();
+    EXPECT_EQ(requests.filter(u"HEAD "_s).size(), kChecked) << requests.join(u", "_s).toStdString();
     // And the next plain fetch is spared again.
-    server.ClearRequests();
-    EXPECT_TRUE(Run({u"fetch"_s}).out.contains(u"6 unchanged"_s));
-    EXPECT_TRUE(FeedRequests().filter(u"GET "_s).isEmpty());
+    requests = fetch({}, u"4 channel(s): 0 ok, 4 unchanged, 0 failed; 0 new item(s).\n"_s);
+    EXPECT_TRUE(requests.filter(u"GET "_s).isEmpty()) << requests.join(u", "_s).toStdString();
 }
 
 TEST_F(CliEndToEndTest, FailedFeedsMakeTheExitStatusOne) {
-    server.ServeXml(u"/good"_s, Feed(1, 1));
-    server.ServeXml(u"/broken"_s, "<rss><channel><title>cut off");
+    s_server->ServeXml(u"/good"_s, Feed(1, 1));
+    s_server->ServeXml(u"/broken"_s, "<rss><channel><title>cut off");
     LocalHttpServer::Route reset;
     reset.reset = true;
-    server.Serve(u"/reset"_s, reset);
+    s_server->Serve(u"/reset"_s, reset);
     ASSERT_EQ(Run({u"profile-add"_s, kProfile}).exitCode, 0);
     for (const QString& path : {u"/good"_s, u"/broken"_s, u"/missing"_s, u"/reset"_s}) {
-        const CliRun added = Run({u"add"_s, server.Url(path).toString()});
+        const CliRun added = Run({u"add"_s, s_server->Url(path).toString()});
         ASSERT_EQ(added.exitCode, 0) << added;
     }
     const CliRun fetched = Run({u"fetch"_s});
@@ -391,9 +426,9 @@ TEST_F(CliEndToEndTest, FailedFeedsMakeTheExitStatusOne) {
     EXPECT_TRUE(fetched.out.endsWith(u"4 channel(s): 1 ok, 0 unchanged, 3 failed; 1 new item(s).\n"_s))
         << fetched;
     for (const QString& path : {u"/broken"_s, u"/missing"_s, u"/reset"_s}) {
-        EXPECT_TRUE(fetched.err.contains(u"Failed: "_s + server.Url(path).toString() + u'\n')) << fetched;
+        EXPECT_TRUE(fetched.err.contains(u"Failed: "_s + s_server->Url(path).toString() + u'\n')) << fetched;
     }
-    EXPECT_FALSE(fetched.err.contains(server.Url(u"/good"_s).toString())) << fetched;
+    EXPECT_FALSE(fetched.err.contains(s_server->Url(u"/good"_s).toString())) << fetched;
     EXPECT_EQ(List({}).size(), 1);
 }
 
@@ -446,7 +481,7 @@ TEST_F(CliEndToEndTest, WhileTamselRunsOnlyReadingIsAllowed) {
                                              {u"tag"_s, u"1"_s},
                                              {u"mark-read"_s, u"--folder"_s, u"unread"_s},
                                              {u"profile-add"_s, u"Other"_s},
-                                             {u"import"_s, WriteOpml()}};
+                                             {u"import"_s, WriteOpml(home.path())}};
         for (const QStringList& arguments : changing) {
             const CliRun refused = Run(arguments);
             EXPECT_EQ(refused.exitCode, 1) << arguments.join(u' ').toStdString() << "\n" << refused;

@@ -1,15 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/HtmlToText.h"
+#include "support/QStringPrinter.h"
 
 #include <gtest/gtest.h>
 #include <ostream>
 
 using namespace Qt::StringLiterals;
-
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 namespace {
 

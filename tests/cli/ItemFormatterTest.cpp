@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ItemFormatter.h"
 #include "platform/XmlDocument.h"
+#include "support/QStringPrinter.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,10 +11,6 @@
 #include <ostream>
 
 using namespace Qt::StringLiterals;
-
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include "itembank/modItemHandler.h"
 #include "platform/XmlDocument.h"
 #include "support/FakeClock.h"
+#include "support/QStringPrinter.h"
 #include "support/TestHome.h"
 
 #include <QDir>
@@ -14,10 +15,6 @@
 #include <ostream>
 
 using namespace Qt::StringLiterals;
-
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 namespace {
 

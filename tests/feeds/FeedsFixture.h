@@ -11,6 +11,7 @@
 #include "platform/XsltStylesheet.h"
 #include "support/FakeClock.h"
 #include "support/FakeHttpClient.h"
+#include "support/QStringPrinter.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 
@@ -22,11 +23,6 @@
 
 class RSSChannel;
 class clsItemBank;
-
-// Texts in failure messages.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 // A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
 // the shipped namespace stylesheet. Nothing is active until Activate.

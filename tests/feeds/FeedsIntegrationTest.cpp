@@ -16,23 +16,21 @@
 #include "platform/HttpClient.h"
 #include "platform/XmlSecurity.h"
 #include "platform/XsltStylesheet.h"
-#include "support/FakeClock.h"
 #include "support/EventPump.h"
+#include "support/FakeClock.h"
 #include "support/LocalHttpServer.h"
+#include "support/QStringPrinter.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
 #include <ostream>
 
 using namespace Qt::StringLiterals;
-
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 namespace {
 
@@ -133,17 +131,6 @@ TEST_F(FeedsIntegrationTest, LastModifiedSparesTheDownload) {
     EXPECT_EQ(Items(channel).size(), 4u);
     EXPECT_EQ(GetItemDate(Items(channel)[3]), u"15 Nov 2005"_s);
     EXPECT_EQ(GetItemTime(Items(channel)[3]), u"13:44:00"_s);
-}
-
-TEST_F(FeedsIntegrationTest, WithoutLastModifiedEveryCheckDownloads) {
-    server.ServeXml(u"/plain"_s, Rss20(u"Plain"_s, 2));
-    RSSChannel* channel = Subscribe(u"/plain"_s);
-    ASSERT_TRUE(Check(channel));
-    ASSERT_TRUE(Check(channel));
-    EXPECT_EQ(server.Requests(),
-              (QStringList{u"HEAD /plain"_s, u"GET /plain"_s, u"HEAD /plain"_s, u"GET /plain"_s}));
-    EXPECT_EQ(Items(channel).size(), 2u);
-    EXPECT_EQ(channel->LastModified(), RSSChannel::kNeverChecked);
 }
 
 TEST_F(FeedsIntegrationTest, RedirectIsFollowed) {
@@ -271,40 +258,58 @@ TEST_F(FeedsIntegrationTest, EntityExpansionBombIsRefused) {
     EXPECT_EQ(channel->Title(), server.Url(u"/bomb"_s).toString());
 }
 
+// The namespace stylesheet's dialect files, served over HTTP. The channel title and the item
+// titles are those that the stylesheet's .expected file lists.
 struct Dialect {
-    const char* name;
-    QByteArray feed;
-    QString channelTitle;
-    QStringList itemTitles;
-    // Date and time of the first item; empty when it should carry the channel's or today's.
+    const char* file;
+    // Date and time of the first item; empty when it should carry today's.
     QString firstDate;
     QString firstTime;
 };
 
 void PrintTo(const Dialect& dialect, std::ostream* os) {
-    *os << dialect.name;
+    *os << dialect.file;
+}
+
+// The channel title, then each item's title (empty for an untitled item), from an .expected file.
+QStringList ExpectedTitles(const QString& file) {
+    QFile expected(QStringLiteral(TAMSEL_TEST_DATA_DIR) + u'/' +
+                   QString(file).replace(u".xml"_s, u".expected"_s));
+    EXPECT_TRUE(expected.open(QIODevice::ReadOnly)) << file.toStdString();
+    QStringList titles{QString()};
+    for (const QString& line : QString::fromUtf8(expected.readAll()).split(u'\n')) {
+        if (line == u"item"_s) {
+            titles.append(QString());
+        } else if (line.startsWith(u"title="_s) || line.startsWith(u"  title="_s)) {
+            titles.last() = line.section(u'=', 1);
+        }
+    }
+    return titles;
 }
 
 class DialectTest : public FeedsIntegrationTest, public ::testing::WithParamInterface<Dialect> {};
 
 TEST_P(DialectTest, TravelsTheWholeRoad) {
     const Dialect& dialect = GetParam();
-    server.ServeXml(u"/dialect"_s, dialect.feed, kModified);
+    QFile feed(QStringLiteral(TAMSEL_TEST_DATA_DIR) + u'/' + QString::fromLatin1(dialect.file));
+    ASSERT_TRUE(feed.open(QIODevice::ReadOnly));
+    server.ServeXml(u"/dialect"_s, feed.readAll(), kModified);
     RSSChannel* channel = Subscribe(u"/dialect"_s);
     ASSERT_TRUE(Check(channel));
     EXPECT_FALSE(channel->LoadFailed());
-    EXPECT_EQ(channel->Title(), dialect.channelTitle);
-    EXPECT_EQ(Titles(channel), dialect.itemTitles);
+    QStringList titles = ExpectedTitles(QString::fromLatin1(dialect.file));
+    const QString channelTitle = titles.takeFirst();
+    EXPECT_EQ(channel->Title(), channelTitle);
+    EXPECT_EQ(Titles(channel), titles);
     const ItemList items = Items(channel);
     ASSERT_FALSE(items.empty());
-    const QString expectedDate =
-        dialect.firstDate.isEmpty() ? FormatItemDate(clock.Now().date()) : dialect.firstDate;
-    EXPECT_EQ(GetItemDate(items[0]), expectedDate);
+    EXPECT_EQ(GetItemDate(items[0]),
+              dialect.firstDate.isEmpty() ? FormatItemDate(clock.Now().date()) : dialect.firstDate);
     if (!dialect.firstTime.isEmpty()) {
         EXPECT_EQ(GetItemTime(items[0]), dialect.firstTime);
     }
     for (const XmlNode& item : items) {
-        EXPECT_EQ(GetChildText(item, u"channeltitle"_s), dialect.channelTitle);
+        EXPECT_EQ(GetChildText(item, u"channeltitle"_s), channelTitle);
         EXPECT_EQ(GetChildText(item, u"read"_s), u"false"_s);
     }
     EXPECT_TRUE(channel->NewItems());
@@ -313,116 +318,19 @@ TEST_P(DialectTest, TravelsTheWholeRoad) {
 
 INSTANTIATE_TEST_SUITE_P(
     Feeds, DialectTest,
-    ::testing::Values(
-        Dialect{"Rss091",
-                "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"
-                "<!DOCTYPE rss PUBLIC \"-//Netscape Communications//DTD RSS 0.91//EN\"\n"
-                " \"http://my.netscape.com/publish/formats/rss-0.91.dtd\">\n"
-                "<rss version=\"0.91\"><channel><title>Caf&eacute; Chronicle</title>"
-                "<link>http://cafe.example.org/</link><description>Daily notes from the corner "
-                "caf\xe9</description>"
-                "<language>en-us</language><pubDate>Mon, 14 Nov 2005 08:00:00 GMT</pubDate>"
-                "<image><title>Cafe logo</title><url>http://cafe.example.org/logo.gif</url>"
-                "<link>http://cafe.example.org/</link></image>"
-                "<item><title>Opening hours</title><link>http://cafe.example.org/hours</link>"
-                "<description>We open at eight &amp; close at six.</description></item>"
-                "<item><title>New menu &#8211; winter</title><link>http://cafe.example.org/menu</link></item>"
-                "</channel></rss>",
-                u"Caf\u00e9 Chronicle"_s,
-                {u"Opening hours"_s, u"New menu \u2013 winter"_s},
-                u"14 Nov 2005"_s,
-                u"08:00:00"_s},
-        Dialect{"Rss092",
-                "<?xml version=\"1.0\"?><rss version=\"0.92\"><channel><title>Radio Notes</title>"
-                "<link>http://radio.example.org/</link><description>Episodes</description>"
-                "<item><title>Episode 12</title><description>Tides and harbours</description>"
-                "<enclosure url=\"http://radio.example.org/12.mp3\" length=\"1200\" type=\"audio/mpeg\"/>"
-                "<category>Sea</category></item>"
-                "<item><title>Episode 11</title><description>Lighthouses</description>"
-                "<source url=\"http://other.example.org/rss\">Other</source></item>"
-                "</channel></rss>",
-                u"Radio Notes"_s,
-                {u"Episode 12"_s, u"Episode 11"_s},
-                QString(),
-                QString()},
-        Dialect{"Rss20",
-                "<?xml version=\"1.0\" encoding=\"UTF-8\"?><rss version=\"2.0\" "
-                "xmlns:dc=\"http://purl.org/dc/elements/1.1/\" "
-                "xmlns:content=\"http://purl.org/rss/1.0/modules/content/\"><channel>"
-                "<title>Harbour Gazette</title><link>http://gazette.example.org/</link>"
-                "<description>Port news</description><ttl>30</ttl>"
-                "<item><title>Ferry timetable changes</title><link>http://gazette.example.org/ferry</link>"
-                "<guid isPermaLink=\"true\">http://gazette.example.org/ferry</guid>"
-                "<pubDate>Tue, 15 Nov 2005 13:45:00 GMT</pubDate><dc:creator>Ann Writer</dc:creator>"
-                "<content:encoded><![CDATA[<p>From <b>Monday</b> on.</p>]]></content:encoded></item>"
-                "<item><title>Storm warning</title><guid isPermaLink=\"false\">storm-1</guid>"
-                "<pubDate>Wed, 16 Nov 2005 06:30:00 GMT</pubDate><description>Gales "
-                "expected.</description></item>"
-                "</channel></rss>",
-                u"Harbour Gazette"_s,
-                {u"Ferry timetable changes"_s, u"Storm warning"_s},
-                u"15 Nov 2005"_s,
-                u"13:45:00"_s},
-        Dialect{"Rss10",
-                "<?xml version=\"1.0\"?><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" "
-                "xmlns=\"http://purl.org/rss/1.0/\" xmlns:dc=\"http://purl.org/dc/elements/1.1/\">"
-                "<channel rdf:about=\"http://library.example.org/\"><title>Library Additions</title>"
-                "<link>http://library.example.org/</link><description>New books</description>"
-                "<dc:date>2005-11-14T08:00:00Z</dc:date>"
-                "<items><rdf:Seq><rdf:li resource=\"http://library.example.org/b1\"/>"
-                "<rdf:li resource=\"http://library.example.org/b2\"/></rdf:Seq></items></channel>"
-                "<item rdf:about=\"http://library.example.org/b1\"><title>A History of Tides</title>"
-                "<link>http://library.example.org/b1</link><description>Oceanography</description>"
-                "<dc:date>2005-11-15T13:45:00Z</dc:date><dc:creator>M. Shore</dc:creator></item>"
-                "<item rdf:about=\"http://library.example.org/b2\"><title>Knots</title>"
-                "<link>http://library.example.org/b2</link><dc:date>2005-11-15T09:00:00Z</dc:date></item>"
-                "</rdf:RDF>",
-                u"Library Additions"_s,
-                {u"A History of Tides"_s, u"Knots"_s},
-                u"15 Nov 2005"_s,
-                u"13:45:00"_s},
-        Dialect{"Atom03",
-                "<?xml version=\"1.0\" encoding=\"utf-8\"?><feed version=\"0.3\" "
-                "xmlns=\"http://purl.org/atom/ns#\">"
-                "<title>Garden Diary</title><link rel=\"alternate\" type=\"text/html\" "
-                "href=\"http://garden.example.org/\"/><modified>2005-11-15T13:45:00Z</modified>"
-                "<author><name>G. Green</name></author>"
-                "<entry><title>Planting bulbs</title><link rel=\"alternate\" type=\"text/html\" "
-                "href=\"http://garden.example.org/bulbs\"/><id>tag:garden.example.org,2005:bulbs</id>"
-                "<issued>2005-11-15T13:45:00Z</issued><modified>2005-11-15T13:45:00Z</modified>"
-                "<summary>Tulips go in now.</summary></entry>"
-                "<entry><title>First frost</title><link rel=\"alternate\" type=\"text/html\" "
-                "href=\"http://garden.example.org/frost\"/><id>tag:garden.example.org,2005:frost</id>"
-                "<issued>2005-11-14T07:00:00Z</issued><modified>2005-11-14T07:00:00Z</modified>"
-                "<content type=\"text/html\" mode=\"escaped\">&lt;p&gt;Cover the "
-                "roses.&lt;/p&gt;</content></entry>"
-                "</feed>",
-                u"Garden Diary"_s,
-                {u"Planting bulbs"_s, u"First frost"_s},
-                u"15 Nov 2005"_s,
-                u"13:45:00"_s},
-        Dialect{
-            "Atom10",
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?><feed xmlns=\"http://www.w3.org/2005/Atom\">"
-            "<title>Observatory Log</title><link href=\"http://observatory.example.org/\"/>"
-            "<link rel=\"self\" href=\"http://observatory.example.org/atom.xml\"/>"
-            "<updated>2005-11-15T13:45:00Z</updated><id>urn:uuid:60a76c80-d399-11d9-b93C-0003939e0af6</id>"
-            "<author><name>Dr. Stella</name></author>"
-            "<entry><title>Meteor shower tonight</title><link "
-            "href=\"http://observatory.example.org/meteors\"/>"
-            "<id>urn:uuid:1225c695-cfb8-4ebb-aaaa-80da344efa6a</id><updated>2005-11-15T13:45:00Z</updated>"
-            "<summary>Look east after midnight.</summary></entry>"
-            "<entry><title type=\"html\">Clouds &amp;lt;again&amp;gt;</title>"
-            "<link href=\"http://observatory.example.org/clouds\"/><id>urn:uuid:clouds</id>"
-            "<published>2005-11-14T22:00:00Z</published><updated>2005-11-14T22:10:00Z</updated>"
-            "<content type=\"xhtml\"><div xmlns=\"http://www.w3.org/1999/xhtml\"><p>No "
-            "viewing.</p></div></content>"
-            "</entry></feed>",
-            u"Observatory Log"_s,
-            {u"Meteor shower tonight"_s, u"Clouds <again>"_s},
-            u"15 Nov 2005"_s,
-            u"13:45:00"_s}),
-    [](const ::testing::TestParamInfo<Dialect>& info) { return std::string(info.param.name); });
+    ::testing::Values(Dialect{"dialect-rss090.xml", QString(), QString()},
+                      // Undated items carry the channel's date.
+                      Dialect{"dialect-rss091.xml", u"05 Mar 2001"_s, u"09:00:00"_s},
+                      Dialect{"dialect-rss092.xml", QString(), QString()},
+                      Dialect{"dialect-rss093.xml", u"07 Mar 2003"_s, u"17:45:00"_s},
+                      Dialect{"dialect-rss094.xml", u"31 Mar 2003"_s, u"08:00:00"_s},
+                      Dialect{"dialect-rss10.xml", u"31 Aug 2004"_s, u"19:30:00"_s},
+                      Dialect{"dialect-rss20.xml", u"15 Nov 2005"_s, u"13:45:00"_s},
+                      Dialect{"dialect-atom03.xml", u"03 Oct 2004"_s, u"19:00:00"_s},
+                      Dialect{"dialect-atom10.xml", u"28 Feb 2012"_s, u"09:15:00"_s}),
+    [](const ::testing::TestParamInfo<Dialect>& info) {
+        return QString::fromLatin1(info.param.file).section(u'.', 0, 0).remove(u'-').toStdString();
+    });
 
 TEST_F(FeedsIntegrationTest, MakerChannelsLoadFromTheShippedSite) {
     host.ChangeUser(nullptr);

@@ -200,17 +200,6 @@ TEST_F(ItemBankQueries, SearchCoversTheWholeStringValue) {
               QStringList({QStringLiteral("today read"), QStringLiteral("next week")}));
 }
 
-TEST_F(ItemBankQueries, ASearchSeesChangesMadeBetweenKeystrokes) {
-    EXPECT_EQ(List(kChannelA, QString(), QStringLiteral("true")).size(), 3u);
-    EXPECT_EQ(List(kChannelA, QString(), QStringLiteral("truef")).size(), 3u);
-    SetItemRead(m_bank->SubChannelList(kChannelA, QString(), QString()).front(), true);
-    EXPECT_EQ(List(kChannelA, QString(), QStringLiteral("truefa")).size(), 4u);
-    SetChildText(m_bank->SubChannelList(kChannelA, QString(), QString()).front(), QStringLiteral("title"),
-                 QStringLiteral("Renamed"));
-    EXPECT_EQ(List(kChannelA, QString(), QStringLiteral("renamed")),
-              QStringList({QStringLiteral("Renamed")}));
-}
-
 TEST_F(ItemBankQueries, ApostrophesAndQuotesAreSearchedAsTyped) {
     const QString quoted = QStringLiteral("http://c.example/it's \"quoted\"");
     Put(QStringLiteral("It's \"all\" here"), 0, QStringLiteral("false"), QStringLiteral("false"),

@@ -46,9 +46,4 @@ TEST(ItemTextIndex, KeepsEveryEntryThroughCollisionsRemovalsAndGrowth) {
     EXPECT_FALSE(index.Remove(1000, 1));
 }
 
-TEST(ItemTextIndex, EqualTextsHashAlike) {
-    EXPECT_EQ(ItemTextIndex::HashOf("It's \"x\""), ItemTextIndex::HashOf(std::string("It's \"x\"")));
-    EXPECT_NE(ItemTextIndex::HashOf("a"), ItemTextIndex::HashOf("b"));
-}
-
 } // namespace
