@@ -5,21 +5,38 @@
 #include "app/Runtime.h"
 #include "app/SharedHelpers.h"
 #include "app/WindowHelpers.h"
+#include "app/WindowPlacement.h"
 #include "app/clsProfile.h"
 #include "app/colProfiles.h"
+#include "app/frmAbout.h"
+#include "app/frmLoading.h"
+#include "app/frmUser.h"
 #include "feeds/RSSChannel.h"
 #include "groups/RSSGroup.h"
 #include "itembank/clsItemBank.h"
 #include "platform/CRegSettings.h"
+#include "platform/Desktop.h"
+#include "platform/Memory.h"
+#include "skin/SkinColor.h"
+#include "skin/SkinSurface.h"
+#include "skin/frmTamselSkin.h"
+#include "views/ViewerWindows.h"
+#include "views/frmProperties.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
+#include <QDir>
+#include <QGuiApplication>
 #include <QHeaderView>
-#include <QInputDialog>
-#include <QLabel>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
+#include <QSystemTrayIcon>
+#include <QTimer>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -27,45 +44,283 @@ const QString kTitle = QStringLiteral("Tamsel");
 const QString kSettings = QStringLiteral("SETTINGS");
 // The setting's name is spelled so in every installation; it must stay as it is.
 const QString kFirstRunKey = QStringLiteral("FISRTRUN");
-constexpr int kDefaultWidth = 320;
-constexpr int kDefaultHeight = 480;
-constexpr int kScreenMargin = 10;
-// The channel key of a channel node; group nodes have none.
+const QString kTrue = QStringLiteral("True");
+const QString kCollapseImage = QStringLiteral("collapse");
+constexpr int kDefaultWidth = 300;
+constexpr int kDefaultHeight = 520;
+// The window's default distance from the top and right edges of the screen, in twips.
+constexpr int kScreenMarginTwips = 150;
+constexpr int kOneShotMs = 100;
+constexpr int kUnloadDelayMs = 500;
 constexpr int kKeyRole = Qt::UserRole;
+constexpr int kImageRole = Qt::UserRole + 1;
+
+bool IsNavigationKey(int key) {
+    switch (key) {
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Menu captions treat "&" as the access key's mark; channel titles mean it as it stands.
+QString MenuText(const QString& text) {
+    QString escaped = text;
+    return escaped.replace(u'&', QStringLiteral("&&"));
+}
 
 } // namespace
 
-frmMain::frmMain(Runtime& runtime)
-    : m_runtime(runtime), m_coordinator(runtime.GetServices().clock, runtime.Site().HelpURL(), *this) {
+frmMain::frmMain(Runtime& runtime, frmTamselSkin& skin, bool trayAvailable)
+    : SkinnedWindow(skin, frmTamselSkin::KindMain), m_runtime(runtime),
+      m_coordinator(runtime.GetServices().clock, runtime.Site().HelpURL(), *this),
+      m_trayAvailable(trayAvailable), treMain(new QTreeWidget(this)), m_menuBar(new QMenuBar(this)),
+      tmrOneShot(new QTimer(this)) {
     setWindowTitle(kTitle);
-    auto* layout = new QVBoxLayout(this);
-    m_status = new QLabel(QStringLiteral("Loading Profile . . .  Please Wait"), this);
-    m_status->setAlignment(Qt::AlignCenter);
-    layout->addWidget(m_status);
-    treMain = new QTreeWidget(this);
     treMain->setHeaderHidden(true);
     treMain->header()->setStretchLastSection(true);
-    layout->addWidget(treMain, 1);
+    treMain->setFrameShape(QFrame::NoFrame);
+    treMain->setSortingEnabled(false);
+    treMain->setContextMenuPolicy(Qt::CustomContextMenu);
+    treMain->setAccessibleName(QStringLiteral("Channels"));
+    treMain->installEventFilter(this);
+    connect(treMain, &QTreeWidget::itemClicked, this,
+            [this](QTreeWidgetItem* node) { treMain_NodeClick(node); });
+    connect(treMain, &QTreeWidget::customContextMenuRequested, this, [this](QPoint position) {
+        QTreeWidgetItem* node = treMain->itemAt(position);
+        if (!node) {
+            node = treMain->currentItem();
+            position = node ? treMain->visualItemRect(node).center() : position;
+        }
+        treMain_NodeRightClick(node, treMain->viewport()->mapToGlobal(position));
+    });
+    // Folding a group by any means is what it shows at the next start.
+    const auto storeExpanded = [this](QTreeWidgetItem* node) {
+        const QString key = node->data(0, kKeyRole).toString();
+        if (RSSGroup* group = m_User && ChannelOfKey(key).isEmpty() ? m_User->GetGroup(key) : nullptr) {
+            group->SetExpanded(node->isExpanded());
+        }
+    };
+    connect(treMain, &QTreeWidget::itemExpanded, this, storeExpanded);
+    connect(treMain, &QTreeWidget::itemCollapsed, this, storeExpanded);
+    picSkin()->setAccessibleName(kTitle);
+    CreateMenus();
 
-    // Top-right corner of the screen until a placement was saved.
+    // The load sequence. The style helper came with the skinned window; the image list is
+    // this window's, filled by every skin load.
+    Skin().SetImageListTarget(this);
+    CRegSettings& settings = m_runtime.Settings();
+    m_FirstRun = settings.GetSetting(kSettings, kFirstRunKey, kTrue) == kTrue;
     resize(kDefaultWidth, kDefaultHeight);
     if (const QScreen* screen = this->screen()) {
-        const QRect area = screen->availableGeometry();
-        move(area.right() - kDefaultWidth - kScreenMargin, area.top() + kScreenMargin);
+        const int margin = kScreenMarginTwips / WindowPlacement::kTwipsPerPixel;
+        const QRect area = screen->geometry();
+        move(area.right() + 1 - kDefaultWidth - margin, area.top() + margin);
     }
-    RestoreWindowPlacement(m_runtime.Settings(), this, kTitle);
+    RestoreWindowPlacement(settings, this, kTitle);
+    CreateTray();
+    connect(&Skin(), &frmTamselSkin::SkinLoaded, this, &frmMain::Skin_SkinLoaded);
+    Skin().LoadSkin();
+    hide();
 
-    CRegSettings& settings = m_runtime.Settings();
-    m_firstRun = settings.GetSetting(kSettings, kFirstRunKey, QStringLiteral("True")) == QStringLiteral("True");
-    settings.SaveSetting(kSettings, kFirstRunKey, QStringLiteral("False"));
-
-    m_Users = std::make_unique<colProfiles>(m_runtime.GetServices(), *this);
+    const Services services = m_runtime.GetServices();
+    m_viewers = std::make_unique<ViewerWindows>(
+        ViewerServices{*this, Skin(), services.desktop, services.http, services.settings});
+    m_Users = std::make_unique<colProfiles>(services, *this);
     connect(m_Users.get(), &colProfiles::ProfilesLoaded, this, &frmMain::m_Users_ProfilesLoaded);
     m_Users->init();
+
+    tmrOneShot->setInterval(kOneShotMs);
+    connect(tmrOneShot, &QTimer::timeout, this, &frmMain::tmrOneShot_Timer);
+    tmrOneShot->start();
+    settings.SaveSetting(kSettings, kFirstRunKey, QStringLiteral("False"));
+    // Without a tray a hidden window could not be brought back: it always shows.
+    if (settings.GetSetting(QStringLiteral("START"), QStringLiteral("OPENMAIN"), kTrue) == kTrue ||
+        !m_trayAvailable) {
+        setWindowState(windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized));
+        show();
+    } else {
+        MeClose();
+    }
+    SetContextEntries(false, false, false);
 }
 
 frmMain::~frmMain() {
+    Skin().SetImageListTarget(nullptr);
+    if (m_Users && m_User) {
+        m_Users->SaveAllXML();
+    }
     ReleaseUser();
+}
+
+void frmMain::CreateMenus() {
+    mnuActions = new QMenu(QStringLiteral("&Actions"), this);
+    // The fixed entries lead to the channel dialogs; only reloading needs none.
+    for (const QString& caption : {QStringLiteral("&Add Channels..."), QStringLiteral("Add &Group...")}) {
+        mnuActions->addAction(caption)->setEnabled(false);
+    }
+    connect(mnuActions->addAction(QStringLiteral("&Reload All Channels")), &QAction::triggered, this, [this] {
+        for (int i = 1; m_User && i <= m_User->ChannelCount(); ++i) {
+            if (RSSChannel* channel = m_User->GetChannel(i)) {
+                channel->ForceLoadRSS();
+            }
+        }
+    });
+    mnuActions->addAction(QStringLiteral("&Delete Channels..."))->setEnabled(false);
+    mnuADash1 = mnuActions->addSeparator();
+
+    QAction* viewGroup = mnuActions->addAction(QStringLiteral("&View Channels in Group"));
+    connect(viewGroup, &QAction::triggered, this,
+            [this] { ForEachChannelInGroup([](RSSChannel& channel) { channel.CreateChannelView(true); }); });
+    QAction* reloadGroup = mnuActions->addAction(QStringLiteral("Reload &Channels in Group"));
+    connect(reloadGroup, &QAction::triggered, this,
+            [this] { ForEachChannelInGroup([](RSSChannel& channel) { channel.LoadRSS(); }); });
+    m_groupEntries = {viewGroup, reloadGroup};
+    QAction* renameGroup = mnuActions->addAction(QStringLiteral("Re&name Group"));
+    renameGroup->setEnabled(false);
+    QAction* deleteGroup = mnuActions->addAction(QStringLiteral("&Delete Group"));
+    connect(deleteGroup, &QAction::triggered, this, &frmMain::mnuDeleteGroup_Click);
+    m_userGroupEntries = {renameGroup, deleteGroup};
+
+    QAction* viewChannel = mnuActions->addAction(QStringLiteral("&View Channel"));
+    connect(viewChannel, &QAction::triggered, this, [this] {
+        if (QTreeWidgetItem* node = SelectedNode()) {
+            treMain_NodeClick(node);
+        }
+    });
+    QAction* markRead = mnuActions->addAction(QStringLiteral("&Mark All Read"));
+    connect(markRead, &QAction::triggered, this, [this] {
+        if (RSSChannel* channel = SelectedChannel()) {
+            channel->MarkAllRead();
+        }
+    });
+    QAction* reload = mnuActions->addAction(QStringLiteral("R&eload Channel"));
+    connect(reload, &QAction::triggered, this, [this] {
+        if (RSSChannel* channel = SelectedChannel()) {
+            channel->ForceLoadRSS();
+        }
+    });
+    mnuRemoveChannel = mnuActions->addAction(QStringLiteral("Re&move Channel"));
+    connect(mnuRemoveChannel, &QAction::triggered, this, &frmMain::mnuRemoveChannel_Click);
+    QAction* properties = mnuActions->addAction(QStringLiteral("&Properties..."));
+    connect(properties, &QAction::triggered, this, [this] {
+        if (RSSChannel* channel = SelectedChannel()) {
+            frmProperties& window = m_viewers->ChannelProperties();
+            window.SetChannelProp(*channel);
+            window.show();
+            window.raise();
+        }
+    });
+    m_channelEntries = {viewChannel, markRead, reload, properties};
+    // The context entries go again once the popup has closed and its choice has run.
+    connect(mnuActions, &QMenu::aboutToHide, this,
+            [this] { QTimer::singleShot(0, this, [this] { SetContextEntries(false, false, false); }); });
+
+    mnuTray = new QMenu(QStringLiteral("T&ray"), this);
+    mnuNewItems = mnuTray->addMenu(QStringLiteral("&New Items"));
+    mnuNoNewItems = mnuNewItems->addAction(QStringLiteral("(none)"));
+    mnuNoNewItems->setVisible(false);
+    m_newItemsEntries = {mnuNoNewItems};
+    connect(mnuNewItems, &QMenu::triggered, this, [this](QAction* entry) {
+        if (RSSChannel* channel = m_User ? m_User->GetChannel(entry->data().toString()) : nullptr) {
+            channel->CreateChannelView(true);
+        }
+    });
+    mnuTrayDash = mnuTray->addSeparator();
+    mnuTrayDash->setVisible(false);
+    mnuTrayTicker = mnuTray->addAction(QStringLiteral("&Show Ticker Bar"));
+    mnuTrayTicker->setCheckable(true);
+    // The ticker bar comes with its own window; until then the entry cannot be chosen.
+    mnuTrayTicker->setEnabled(false);
+    QAction* open = mnuTray->addAction(QStringLiteral("&Open Tamsel"));
+    QFont bold = open->font();
+    bold.setBold(true);
+    open->setFont(bold);
+    mnuTray->setDefaultAction(open);
+    connect(open, &QAction::triggered, this, &frmMain::ShowAndRaise);
+    connect(mnuTray->addAction(QStringLiteral("E&xit")), &QAction::triggered, this,
+            [this] { m_ExitRequested = true; });
+    connect(mnuTray, &QMenu::aboutToShow, this, &frmMain::LoadTrayMenu);
+    // Exit acts only once the menu has closed, so that nothing goes from inside its own menu.
+    connect(mnuTray, &QMenu::aboutToHide, this,
+            [this] { QTimer::singleShot(0, this, &frmMain::mnuTray_Closed); });
+
+    m_menuBar->addMenu(mnuActions);
+    QMenu* help = m_menuBar->addMenu(QStringLiteral("&Help"));
+    connect(help->addAction(QStringLiteral("&Tamsel Website")), &QAction::triggered, this,
+            [this] { m_runtime.GetServices().desktop.OpenDocument(m_runtime.Site().HomePage()); });
+    help->addSeparator();
+    connect(help->addAction(QStringLiteral("&About...")), &QAction::triggered, this, [this] {
+        if (!m_frmAbout) {
+            m_frmAbout =
+                new frmAbout(Skin(), m_runtime.GetServices().desktop, m_runtime.Site().HomePage(), this);
+            m_frmAbout->setAttribute(Qt::WA_DeleteOnClose);
+        }
+        m_frmAbout->show();
+        m_frmAbout->raise();
+    });
+    if (!m_trayAvailable) {
+        m_menuBar->addMenu(mnuTray);
+    }
+    m_menuBar->setAccessibleName(QStringLiteral("Menu"));
+    m_menuBar->setVisible(Framed());
+}
+
+void frmMain::CreateTray() {
+    if (!m_trayAvailable) {
+        return;
+    }
+    trayMain = new QSystemTrayIcon(this);
+    trayMain->setToolTip(kTitle);
+    trayMain->setContextMenu(mnuTray);
+    connect(trayMain, &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) { trayMain_Activated(int(reason)); });
+}
+
+void frmMain::trayMain_Activated(int reason) {
+    if (reason == QSystemTrayIcon::DoubleClick) {
+        ShowAndRaise();
+    } else if (reason == QSystemTrayIcon::Trigger && isVisible()) {
+        raise();
+        activateWindow();
+    }
+}
+
+void frmMain::mnuTray_Closed() {
+    if (m_ExitRequested && !m_shutDownRan) {
+        ShutDown();
+    }
+}
+
+void frmMain::LoadTrayMenu() {
+    mnuTrayDash->setVisible(false);
+    for (QAction* entry : std::as_const(m_newItemsEntries)) {
+        entry->setVisible(false);
+    }
+    qsizetype n = 0;
+    for (int i = 1; m_User && i <= m_User->ChannelCount(); ++i) {
+        RSSChannel* channel = m_User->GetChannel(i);
+        if (!channel || !channel->NewItems()) {
+            continue;
+        }
+        if (n >= m_newItemsEntries.size()) {
+            m_newItemsEntries.append(mnuNewItems->addAction(QString()));
+        }
+        QAction* entry = m_newItemsEntries.at(n);
+        entry->setText(MenuText(channel->TitleAndCount()));
+        entry->setData(channel->URL());
+        entry->setVisible(true);
+        ++n;
+    }
+    mnuTrayDash->setVisible(n > 0);
 }
 
 void frmMain::PopupInfo(const QString&, const QString& profileName, const QString& channelKey) {
@@ -97,61 +352,380 @@ void frmMain::AddChannel(const QString& url, const QString& groupName) {
     }
 }
 
+QString frmMain::DecodeText(const QString& text) {
+    // The seven folders are no channels of the user's; the maker's two are. Until a profile is
+    // active there is no name and nothing to count, rather than the placeholders' own names.
+    constexpr int kFolders = 7;
+    const bool active = m_User && m_User->Active();
+    const QString channels = QString::number(active ? m_User->ChannelCount() - kFolders : 0);
+    const clsItemBank* bank = active ? m_User->ItemBank() : nullptr;
+    const QString replacements[][2] = {
+        {QStringLiteral("{user}"), active ? m_User->Name() : QString()},
+        {QStringLiteral("{channels}"), channels},
+        {QStringLiteral("{chls}"), channels},
+        {QStringLiteral("{items}"), QString::number(bank ? bank->Count() : 0)},
+    };
+    QString result = text;
+    for (const auto& [placeholder, value] : replacements) {
+        const qsizetype at = result.indexOf(placeholder);
+        if (at >= 0) {
+            result.replace(at, placeholder.size(), value);
+        }
+    }
+    return result;
+}
+
+void frmMain::SkinHandler(const QString& function) {
+    if (function == QStringLiteral("close")) {
+        MeClose();
+    } else if (function == QStringLiteral("max")) {
+        if (isMaximized()) {
+            showNormal();
+        } else {
+            if (!Framed()) {
+                ToggleFramed();
+            }
+            showMaximized();
+        }
+    } else if (function == QStringLiteral("min")) {
+        showMinimized();
+    } else if (function == QStringLiteral("windowframe")) {
+        ToggleFramed();
+    }
+}
+
+void frmMain::ToggleFramed() {
+    SetFramed(!Framed());
+    m_menuBar->setVisible(Framed());
+    setWindowState(Qt::WindowNoState);
+    show();
+    Layout();
+}
+
+bool frmMain::HasImage(const QString& key) const {
+    return ImageIndex(key) >= 0;
+}
+
+void frmMain::RemoveImage(const QString& key) {
+    const int at = ImageIndex(key);
+    if (at >= 0) {
+        imglst.removeAt(at);
+    }
+}
+
+void frmMain::AddImage(const QString& key, const SkinPicture& picture) {
+    const int at = ImageIndex(key);
+    if (at >= 0) {
+        imglst[at].picture = picture;
+        imglst[at].icon = picture.ToIcon();
+    } else {
+        imglst.append({key, picture, picture.ToIcon()});
+    }
+}
+
+int frmMain::ImageIndex(const QString& key) const {
+    for (int i = 0; i < imglst.size(); ++i) {
+        if (imglst.at(i).key == key) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+void frmMain::Skin_SkinLoaded() {
+    const int unread = ImageIndex(QStringLiteral("unread"));
+    if (unread >= 0) {
+        setWindowIcon(imglst.at(unread).icon);
+        if (trayMain) {
+            trayMain->setIcon(imglst.at(unread).icon);
+        }
+    }
+    ApplyWindowColors();
+    Layout();
+}
+
+void frmMain::ApplyWindowColors() {
+    frmTamselSkin& skin = Skin();
+    treMain->setFont(skin.GetFont(skin.TreeFont()));
+    // The scroll bars and branch marks take the tree's colours too, so that a dark skin has no
+    // light bars.
+    const QColor back = SkinColor::ToQColor(skin.TreeColor());
+    const QColor text = SkinColor::ToQColor(skin.GetFontColor(skin.TreeFont()));
+    QPalette palette = treMain->palette();
+    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Window, QPalette::Button}) {
+        palette.setColor(role, back);
+    }
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+        palette.setColor(role, text);
+    }
+    treMain->setPalette(palette);
+    int iconSide = 0;
+    for (const ListImage& image : std::as_const(imglst)) {
+        iconSide = std::max({iconSide, image.picture.Width(), image.picture.Height()});
+    }
+    if (iconSide > 0) {
+        treMain->setIconSize(QSize(iconSide, iconSide));
+    }
+    for (QTreeWidgetItem* node : std::as_const(m_nodes)) {
+        StyleNode(node);
+        const int image = node->data(0, kImageRole).toInt();
+        node->setIcon(0, image >= 0 && image < imglst.size() ? imglst.at(image).icon : QIcon());
+    }
+}
+
+void frmMain::StyleNode(QTreeWidgetItem* node) const {
+    const frmTamselSkin& skin = Skin();
+    node->setFont(0, skin.GetFont(skin.TreeFont()));
+    node->setForeground(0, SkinColor::ToQColor(skin.GetFontColor(skin.TreeFont())));
+}
+
+void frmMain::SetNodeImage(QTreeWidgetItem* node, const QString& imageKey) const {
+    const int image = ImageIndex(imageKey);
+    node->setData(0, kImageRole, image);
+    node->setIcon(0, image >= 0 ? imglst.at(image).icon : QIcon());
+}
+
+void frmMain::RepaintSkin() {
+    Layout();
+}
+
+void frmMain::Layout() {
+    if (isMinimized()) {
+        Memory::TrimWorkingSet();
+        return;
+    }
+    QRect area = rect();
+    if (m_menuBar->isVisible()) {
+        const int barHeight = m_menuBar->sizeHint().height();
+        m_menuBar->setGeometry(0, 0, width(), barHeight);
+        area.setTop(barHeight);
+    }
+    picSkin()->setGeometry(area);
+    frmTamselSkin& skin = Skin();
+    skin.PaintAll(*this, *picSkin(), SkinKind(), SkipHidden());
+    const int kind = SkinKind();
+    const int west = skin.FrameWSize(kind);
+    const int north = skin.FrameNSize(kind);
+    QRect tree = treMain->geometry();
+    tree.moveTo(area.left() + west, area.top() + north);
+    const int treeWidth = area.width() - west - skin.FrameESize(kind);
+    const int treeHeight = area.height() - north - skin.FrameSSize(kind);
+    if (treeWidth > 0) {
+        tree.setWidth(treeWidth);
+    }
+    if (treeHeight > 0) {
+        tree.setHeight(treeHeight);
+    }
+    treMain->setGeometry(tree);
+}
+
+void frmMain::SurfacePressed(Qt::MouseButton button, QPointF point) {
+    const bool hit = Skin().SkinMouseDown(*this, button, point, SkinKind(), SkipHidden());
+    if (hit) {
+        return;
+    }
+    const bool normal = !(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen));
+    if (button == Qt::LeftButton && !Framed() && normal) {
+        BeginSystemDrag(EdgeZone(point, picSkin()->size()));
+    } else if (button == Qt::RightButton && !m_trayAvailable) {
+        mnuTray->popup(QCursor::pos());
+    }
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    SkinnedWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isMinimized()) {
+        Memory::TrimWorkingSet();
+    }
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    // The window's own close control hides it; closes from code go through.
+    if (event->spontaneous() && !m_shutDownRan) {
+        event->ignore();
+        MeClose();
+        return;
+    }
+    event->accept();
+}
+
+void frmMain::MeClose() {
+    if (!m_trayAvailable) {
+        ShutDown();
+        return;
+    }
+    Memory::TrimWorkingSet();
+    hide();
+}
+
 void frmMain::ShowAndRaise() {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
+    if (m_shutDownRan) {
+        return;
+    }
+    setWindowState(windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized));
     show();
     raise();
     activateWindow();
 }
 
-bool frmMain::UpdateChannelNode(RSSChannel& channel) {
-    if (!m_User || m_User->GetChannel(channel.URL()) != &channel) {
-        return false;
+void frmMain::ShutDown() {
+    if (m_shutDownRan) {
+        return;
     }
-    const QString key = channel.URL().toCaseFolded();
-    const QString text = channel.TitleAndCount();
-    const QString state = channel.GetImage();
-    bool changed = false;
-    for (int g = 0; g < treMain->topLevelItemCount(); ++g) {
-        QTreeWidgetItem* groupNode = treMain->topLevelItem(g);
-        for (int c = 0; c < groupNode->childCount(); ++c) {
-            QTreeWidgetItem* node = groupNode->child(c);
-            if (node->data(0, kKeyRole).toString() != key) {
-                continue;
-            }
-            if (node->text(0) != text || node->toolTip(0) != state) {
-                node->setText(0, text);
-                node->setToolTip(0, state);
-                changed = true;
-            }
+    const bool wasVisible = isVisible();
+    hide();
+    m_ExitRequested = true;
+    if (trayMain) {
+        trayMain->hide();
+    }
+    SaveWindowPlacement(m_runtime.Settings(), this, kTitle);
+    if (!SaveAllOrAsk()) {
+        // The user chose to stay rather than lose what could not be written.
+        m_ExitRequested = false;
+        if (trayMain && m_TrayIconShown) {
+            trayMain->show();
+        }
+        if (wasVisible || !m_trayAvailable) {
+            ShowAndRaise();
+        }
+        return;
+    }
+    m_shutDownRan = true;
+    for (QWidget* window : {static_cast<QWidget*>(m_frmUser.data()), static_cast<QWidget*>(m_frmAbout.data()),
+                            static_cast<QWidget*>(m_frmLoading.data())}) {
+        if (window) {
+            window->close();
         }
     }
-    return changed;
+    ReleaseUser();
+    tmrOneShot->setInterval(kUnloadDelayMs);
+    tmrOneShot->start();
+}
+
+void frmMain::tmrOneShot_Timer() {
+    if (!m_TrayIconShown && trayMain) {
+        trayMain->show();
+        m_TrayIconShown = true;
+    }
+    if (m_shutDownRan) {
+        UnloadMain();
+        return;
+    }
+    tmrOneShot->stop();
+    Layout();
+}
+
+void frmMain::UnloadMain() {
+    // An activation or a question below this event still uses the profiles; a later tick,
+    // from the outer event loop, finishes the job.
+    if (m_busyDepth > 0) {
+        return;
+    }
+    tmrOneShot->stop();
+    m_Users.reset();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (window != this && window->isVisible()) {
+            window->close();
+        }
+    }
+    close();
+    Q_EMIT Unloaded();
+}
+
+bool frmMain::SaveAllOrAsk() {
+    QString error;
+    while (m_Users && !m_Users->SaveAllXML(&error)) {
+        ++m_busyDepth;
+        const QMessageBox::StandardButton choice = QMessageBox::warning(
+            this, kTitle,
+            QStringLiteral(
+                "Tamsel could not save:\n%1\n\nMake room on the disk and try again, or discard what "
+                "changed since the last save.")
+                .arg(error),
+            QMessageBox::Retry | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Retry);
+        --m_busyDepth;
+        if (choice == QMessageBox::Discard) {
+            return true;
+        }
+        if (choice != QMessageBox::Retry) {
+            return false;
+        }
+        error.clear();
+    }
+    return true;
+}
+
+ChannelViewer* frmMain::Viewer(const RSSChannel& channel) const {
+    return m_viewers->Viewer(channel);
+}
+
+ChannelViewer* frmMain::LoadViewer(RSSChannel& channel) {
+    return m_viewers->LoadViewer(channel);
+}
+
+void frmMain::UnloadViewer(RSSChannel& channel) {
+    m_viewers->UnloadViewer(channel);
+}
+
+void frmMain::ReleaseUser() {
+    ClearTree();
+    if (!m_User) {
+        return;
+    }
+    m_viewers->CloseAll();
+    clsProfile* old = m_User;
+    m_User = nullptr;
+    disconnect(old, nullptr, this, nullptr);
+    old->Deactivate();
 }
 
 void frmMain::m_Users_ProfilesLoaded() {
-    if (m_Users->UserCount() >= 1) {
-        ChangeUser(m_Users->GetDefaultUser()->Name());
+    if (!m_Users || m_shutDownRan) {
         return;
     }
-    bool ok = false;
-    const QString name = QInputDialog::getText(this, QStringLiteral("Create New Profile"), QStringLiteral("Username"),
-                                               QLineEdit::Normal, QStringLiteral("My Username"), &ok);
-    if (ok && !name.isEmpty()) {
-        m_Users->AddUser(name, true, true);
-        ChangeUser(name);
-        m_User->AddGroup(GroupName::MyChannels);
-        m_Users->SaveAllXML();
+    if (!m_damageTold && !m_Users->DamagedFile().isEmpty()) {
+        m_damageTold = true;
+        ++m_busyDepth;
+        QMessageBox::warning(
+            this, kTitle,
+            colProfiles::kReadError +
+                QStringLiteral("\n\nThe list of profiles could not be read. It was kept as\n%1\n"
+                               "and a new list was started. Create a profile to go on.")
+                    .arg(m_Users->DamagedFile()));
+        --m_busyDepth;
+        if (!m_Users || m_shutDownRan) {
+            return;
+        }
+    }
+    if (m_Users->UserCount() < 1) {
+        ShowNewUser();
         return;
     }
-    m_Users_ProfilesLoaded();
+    clsProfile* profile = m_Users->GetDefaultUser();
+    // The new-profile dialog has just activated it.
+    if (profile == m_User && m_User->Active()) {
+        Layout();
+        return;
+    }
+    ChangeUser(profile->Name());
+}
+
+void frmMain::ShowNewUser() {
+    if (!m_frmUser) {
+        m_frmUser = new frmUser(Skin(), *this);
+        connect(m_frmUser, &frmUser::Closed, this,
+                [this] { QTimer::singleShot(0, this, &frmMain::m_Users_ProfilesLoaded); });
+    }
+    m_frmUser->show();
+    m_frmUser->raise();
+    m_frmUser->activateWindow();
 }
 
 void frmMain::ChangeUser(const QString& name) {
-    if (!SaveItemsOrAsk()) {
+    if (!m_Users || !SaveAllOrAsk()) {
         return;
     }
-    m_Users->SaveAllXML();
     clsProfile* profile = m_Users->GetUser(name);
     if (!profile) {
         return;
@@ -159,87 +733,381 @@ void frmMain::ChangeUser(const QString& name) {
     clsProfile* old = m_User;
     m_User = nullptr;
     setEnabled(false);
-    treMain->clear();
+    if (!(m_frmUser && m_frmUser->isVisible())) {
+        if (!m_frmLoading) {
+            m_frmLoading = new frmLoading(Skin(), this);
+            m_frmLoading->setAttribute(Qt::WA_DeleteOnClose);
+        }
+        if (isVisible()) {
+            m_frmLoading->move(geometry().center() - m_frmLoading->rect().center());
+        }
+        m_frmLoading->show();
+    }
+    ClearTree();
     if (old) {
+        m_viewers->CloseAll();
         disconnect(old, nullptr, this, nullptr);
         old->Deactivate();
     }
     m_User = profile;
-    connect(m_User, &clsProfile::NewGroup, this, &frmMain::RepopulateTreeMain);
-    connect(m_User, &clsProfile::NewChannel, this, &frmMain::RepopulateTreeMain);
-    connect(m_User, &clsProfile::DelChannel, this, &frmMain::RepopulateTreeMain);
-    connect(m_User, &clsProfile::DelGroup, this, &frmMain::RepopulateTreeMain, Qt::QueuedConnection);
-    m_User->SetUserActive();
-    m_Users->SetDefault(m_User->Name());
-    m_status->setText(QStringLiteral("Profile: %1").arg(m_User->Name()));
-    RepopulateTreeMain();
+    connect(profile, &clsProfile::NewGroup, this, &frmMain::m_User_NewGroup);
+    connect(profile, &clsProfile::NewChannel, this, &frmMain::m_User_NewChannel);
+    connect(profile, &clsProfile::DelChannel, this, &frmMain::m_User_DelChannel);
+    connect(profile, &clsProfile::DelGroup, this, &frmMain::m_User_DelGroup);
+    ++m_busyDepth;
+    const bool active = profile->SetUserActive();
+    --m_busyDepth;
+    if (m_frmLoading) {
+        m_frmLoading->close();
+    }
     setEnabled(true);
+    // A shutdown (or another switch) that ran while the profile loaded has released it.
+    if (!active || m_User != profile || !m_Users) {
+        return;
+    }
+    m_Users->SetDefault(profile->Name());
+    RepopulateTreeMain();
+    Layout();
+    TellOfDamagedItems(*profile);
+}
+
+void frmMain::TellOfDamagedItems(clsProfile& profile) {
+    const clsItemBank* bank = profile.ItemBank();
+    if (!bank || bank->DamagedFile().isEmpty()) {
+        return;
+    }
+    ++m_busyDepth;
+    QMessageBox::warning(this, kTitle,
+                         QStringLiteral("The items of \"%1\" could not be read (%2).\n\nThe file was kept as\n%3\n"
+                                        "The items that could still be read are kept, and every channel "
+                                        "fetches its news again.")
+                             .arg(profile.Name(), bank->DamageReason(), QDir::toNativeSeparators(bank->DamagedFile())));
+    --m_busyDepth;
+}
+
+QTreeWidgetItem* frmMain::Node(const QString& key) const {
+    return m_nodes.value(key.toCaseFolded());
+}
+
+QTreeWidgetItem* frmMain::AddNode(QTreeWidgetItem* parent, const QString& key, const QString& text) {
+    auto* node = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(treMain);
+    node->setText(0, text);
+    node->setData(0, kKeyRole, key);
+    m_nodes.insert(key.toCaseFolded(), node);
+    const QString channel = ChannelOfKey(key);
+    if (!channel.isEmpty()) {
+        m_channelNodes.insert(channel.toCaseFolded(), node);
+    }
+    StyleNode(node);
+    return node;
+}
+
+void frmMain::ForgetNode(QTreeWidgetItem* node) {
+    for (int i = 0; i < node->childCount(); ++i) {
+        ForgetNode(node->child(i));
+    }
+    const QString key = node->data(0, kKeyRole).toString();
+    m_nodes.remove(key.toCaseFolded());
+    const QString channel = ChannelOfKey(key);
+    if (!channel.isEmpty()) {
+        m_channelNodes.remove(channel.toCaseFolded(), node);
+    }
+}
+
+void frmMain::RemoveNode(QTreeWidgetItem* node) {
+    if (!node) {
+        return;
+    }
+    ForgetNode(node);
+    QTreeWidgetItem* parent = node->parent();
+    const std::unique_ptr<QTreeWidgetItem> removed(
+        parent ? parent->takeChild(parent->indexOfChild(node))
+               : treMain->takeTopLevelItem(treMain->indexOfTopLevelItem(node)));
+}
+
+void frmMain::ClearTree() {
+    m_nodes.clear();
+    m_channelNodes.clear();
+    treMain->clear();
 }
 
 void frmMain::RepopulateTreeMain() {
-    treMain->clear();
-    if (!m_User || !m_User->Active()) {
+    treMain->setVisible(false);
+    ClearTree();
+    for (int i = 1; m_User && i <= m_User->GroupCount(); ++i) {
+        m_User_NewGroup(m_User->GetGroup(i));
+    }
+    treMain->setVisible(true);
+}
+
+void frmMain::m_User_NewGroup(RSSGroup* group) {
+    if (!group || !m_User) {
         return;
     }
-    for (int i = 1; i <= m_User->GroupCount(); ++i) {
-        AddGroupNode(m_User->GetGroup(i));
+    QTreeWidgetItem* node = nullptr;
+    if (group->Name() != GroupName::Tamsel) {
+        node = AddNode(nullptr, group->Name(), group->Name(true));
     }
-}
-
-void frmMain::AddGroupNode(RSSGroup* group) {
-    auto* groupNode = new QTreeWidgetItem(treMain, {group->Name(true)});
     for (int i = 0; i < group->ChannelCount(); ++i) {
-        AddChannelNode(groupNode, group->ChannelURL(i));
+        m_User_NewChannel(group, group->ChannelURL(i));
     }
-    groupNode->setExpanded(group->Expanded());
+    if (node) {
+        SetNodeImage(node, kCollapseImage);
+        node->setExpanded(group->Expanded());
+    }
 }
 
-void frmMain::AddChannelNode(QTreeWidgetItem* groupNode, const QString& key) {
-    RSSChannel* channel = m_User->GetChannel(key);
+void frmMain::m_User_NewChannel(RSSGroup* group, const QString& key) {
+    RSSChannel* channel = m_User && group ? m_User->GetChannel(key) : nullptr;
     if (!channel) {
         return;
     }
-    auto* node = new QTreeWidgetItem(groupNode, {channel->TitleAndCount()});
-    node->setData(0, kKeyRole, channel->URL().toCaseFolded());
-    node->setToolTip(0, channel->GetImage());
-}
-
-void frmMain::ReleaseUser() {
-    if (!m_User) {
+    const QString nodeKey = group->Name() + u'|' + key;
+    if (Node(nodeKey)) {
         return;
     }
-    m_Users->SaveAllXML();
-    clsProfile* old = m_User;
-    m_User = nullptr;
-    disconnect(old, nullptr, this, nullptr);
-    old->Deactivate();
-}
-
-bool frmMain::SaveItemsOrAsk() {
-    clsItemBank* bank = m_User ? m_User->ItemBank() : nullptr;
-    while (bank && bank->HasUnsavedChanges() && !bank->SaveXML()) {
-        const QMessageBox::StandardButton choice = QMessageBox::warning(
-            this, kTitle,
-            QStringLiteral("Your items could not be saved:\n%1\n\nMake room on the disk and try again, or "
-                           "discard what changed since the last save.")
-                .arg(bank->LastError()),
-            QMessageBox::Retry | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Retry);
-        if (choice == QMessageBox::Discard) {
-            return true;
-        }
-        if (choice != QMessageBox::Retry) {
-            return false;
+    QTreeWidgetItem* parent = nullptr;
+    if (group->Name() != GroupName::Tamsel) {
+        parent = Node(group->Name());
+        if (!parent) {
+            return;
         }
     }
-    return true;
+    QTreeWidgetItem* node = AddNode(parent, nodeKey, channel->TitleAndCount());
+    SetNodeImage(node, channel->GetImage());
+    RefreshGroupText(group);
 }
 
-void frmMain::closeEvent(QCloseEvent* event) {
-    if (!SaveItemsOrAsk()) {
-        event->ignore();
+void frmMain::m_User_DelChannel(RSSGroup* group, const QString& key) {
+    if (group) {
+        RemoveNode(Node(group->Name() + u'|' + key));
+        RefreshGroupText(group);
+    }
+}
+
+void frmMain::m_User_DelGroup(RSSGroup* group) {
+    if (group) {
+        RemoveNode(Node(group->Name()));
+    }
+}
+
+void frmMain::RefreshGroupText(RSSGroup* group) {
+    if (QTreeWidgetItem* node = Node(group->Name())) {
+        node->setText(0, group->Name(true));
+    }
+}
+
+bool frmMain::UpdateChannelNode(RSSChannel& channel) {
+    if (!m_User || m_User->GetChannel(channel.URL()) != &channel) {
+        return false;
+    }
+    const QList<QTreeWidgetItem*> nodes = m_channelNodes.values(channel.URL().toCaseFolded());
+    if (nodes.isEmpty()) {
+        return false;
+    }
+    const QString text = channel.TitleAndCount();
+    const QString imageKey = channel.GetImage();
+    const int image = ImageIndex(imageKey);
+    bool changed = false;
+    for (QTreeWidgetItem* node : nodes) {
+        if (node->text(0) != text) {
+            node->setText(0, text);
+            changed = true;
+        }
+        if (node->data(0, kImageRole).toInt() != image) {
+            SetNodeImage(node, imageKey);
+            changed = true;
+        }
+    }
+    return changed;
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == treMain) {
+        if (event->type() == QEvent::KeyPress) {
+            const auto* key = static_cast<QKeyEvent*>(event);
+            if (IsNavigationKey(key->key())) {
+                m_KeyNavigation = true;
+            } else if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&
+                       treMain->currentItem()) {
+                // The keyboard's way to open what the mouse opens with a click.
+                treMain_NodeClick(treMain->currentItem());
+                return true;
+            }
+        } else if (event->type() == QEvent::KeyRelease) {
+            const auto* key = static_cast<QKeyEvent*>(event);
+            if (!key->isAutoRepeat()) {
+                treMain_KeyUp(key->key(), key->modifiers());
+            }
+        }
+    }
+    return SkinnedWindow::eventFilter(watched, event);
+}
+
+void frmMain::treMain_KeyUp(int key, Qt::KeyboardModifiers modifiers) {
+    m_KeyNavigation = false;
+    if (key != Qt::Key_Delete || modifiers.testFlag(Qt::ShiftModifier) || !m_User) {
         return;
     }
-    SaveWindowPlacement(m_runtime.Settings(), this, kTitle);
-    ReleaseUser();
-    event->accept();
+    QTreeWidgetItem* node = treMain->currentItem();
+    if (!node) {
+        return;
+    }
+    const QString nodeKey = node->data(0, kKeyRole).toString();
+    const QString group = GroupOfKey(nodeKey);
+    const QString channelKey = ChannelOfKey(nodeKey);
+    if (IsReservedGroupName(group)) {
+        return;
+    }
+    if (!channelKey.isEmpty()) {
+        const RSSChannel* channel = m_User->GetChannel(channelKey);
+        const QString title = channel ? channel->Title() : channelKey;
+        ++m_busyDepth;
+        const auto answer =
+            QMessageBox::question(this, QStringLiteral("Comfirm Remove"),
+                                  QStringLiteral("Remove ") + title + QStringLiteral(" from ") + group + u'?',
+                                  QMessageBox::Yes | QMessageBox::No);
+        --m_busyDepth;
+        if (answer == QMessageBox::Yes && Node(nodeKey) == node) {
+            mnuRemoveChannel_Click();
+        }
+        return;
+    }
+    if (node->childCount() == 0) {
+        mnuDeleteGroup_Click();
+        return;
+    }
+    ++m_busyDepth;
+    QMessageBox::information(this, QStringLiteral("Cannot Delete"),
+                             QStringLiteral("Remove all Channels before deleting Group"));
+    --m_busyDepth;
+}
+
+void frmMain::treMain_NodeClick(QTreeWidgetItem* node) {
+    if (m_KeyNavigation || !node || !m_User) {
+        return;
+    }
+    const QString key = node->data(0, kKeyRole).toString();
+    treMain->setCurrentItem(node);
+    const QString channelKey = ChannelOfKey(key);
+    if (!channelKey.isEmpty()) {
+        if (RSSChannel* channel = m_User->GetChannel(channelKey)) {
+            BeginBusy(this);
+            channel->CreateChannelView(true);
+            EndBusy(this);
+        }
+        return;
+    }
+    node->setExpanded(!node->isExpanded());
+}
+
+void frmMain::treMain_NodeRightClick(QTreeWidgetItem* node, QPoint globalPosition) {
+    if (m_KeyNavigation || !node) {
+        return;
+    }
+    const QString key = node->data(0, kKeyRole).toString();
+    treMain->setCurrentItem(node);
+    const bool channel = !ChannelOfKey(key).isEmpty();
+    SetContextEntries(channel, !channel, IsReservedGroupName(GroupOfKey(key)));
+    mnuActions->popup(globalPosition);
+}
+
+void frmMain::SetContextEntries(bool channel, bool group, bool reservedGroup) {
+    mnuADash1->setVisible(channel || group);
+    for (QAction* entry : std::as_const(m_channelEntries)) {
+        entry->setVisible(channel);
+    }
+    mnuRemoveChannel->setVisible(channel && !reservedGroup);
+    for (QAction* entry : std::as_const(m_groupEntries)) {
+        entry->setVisible(group);
+    }
+    for (QAction* entry : std::as_const(m_userGroupEntries)) {
+        entry->setVisible(group && !reservedGroup);
+    }
+}
+
+QTreeWidgetItem* frmMain::SelectedNode() const {
+    return treMain->currentItem();
+}
+
+RSSChannel* frmMain::SelectedChannel() const {
+    const QTreeWidgetItem* node = SelectedNode();
+    const QString key = node ? ChannelOfKey(node->data(0, kKeyRole).toString()) : QString();
+    return m_User && !key.isEmpty() ? m_User->GetChannel(key) : nullptr;
+}
+
+void frmMain::ForEachChannelInGroup(const std::function<void(RSSChannel&)>& action) {
+    const QTreeWidgetItem* selected = SelectedNode();
+    if (!selected || !m_User) {
+        return;
+    }
+    const QString group = GroupOfKey(selected->data(0, kKeyRole).toString());
+    QStringList keys;
+    for (auto it = m_nodes.cbegin(); it != m_nodes.cend(); ++it) {
+        const QString key = it.value()->data(0, kKeyRole).toString();
+        if (GroupOfKey(key) == group && !ChannelOfKey(key).isEmpty()) {
+            keys.append(ChannelOfKey(key));
+        }
+    }
+    for (const QString& key : std::as_const(keys)) {
+        if (RSSChannel* channel = m_User ? m_User->GetChannel(key) : nullptr) {
+            action(*channel);
+        }
+    }
+}
+
+void frmMain::mnuRemoveChannel_Click() {
+    const QTreeWidgetItem* node = SelectedNode();
+    if (!node || !m_User) {
+        return;
+    }
+    const QString key = node->data(0, kKeyRole).toString();
+    const QString group = GroupOfKey(key);
+    const QString channelKey = ChannelOfKey(key);
+    if (channelKey.isEmpty()) {
+        return;
+    }
+    const RSSChannel* channel = m_User->GetChannel(channelKey);
+    const QString title = channel ? channel->Title() : channelKey;
+    m_User->DeleteChannel(group, channelKey);
+    if (!m_User->IsInGroup(channelKey)) {
+        ++m_busyDepth;
+        const auto answer =
+            QMessageBox::question(this, title,
+                                  QStringLiteral("This channel is no longer associated with a group.\n"
+                                                 "Would you like to remove its items from the system?"),
+                                  QMessageBox::Yes | QMessageBox::No);
+        --m_busyDepth;
+        if (!m_User) {
+            return;
+        }
+        if (answer == QMessageBox::Yes) {
+            m_User->RemoveChannel(channelKey);
+            for (QTreeWidgetItem* orphan : m_channelNodes.values(channelKey.toCaseFolded())) {
+                RemoveNode(orphan);
+            }
+        }
+    }
+    SaveAllOrAsk();
+}
+
+void frmMain::mnuDeleteGroup_Click() {
+    const QTreeWidgetItem* node = SelectedNode();
+    if (!node || !m_User) {
+        return;
+    }
+    const QString key = node->data(0, kKeyRole).toString();
+    if (!ChannelOfKey(key).isEmpty()) {
+        return;
+    }
+    if (node->childCount() == 0) {
+        m_User->DeleteGroup(GroupOfKey(key));
+        RepopulateTreeMain();
+        SaveAllOrAsk();
+        return;
+    }
+    ++m_busyDepth;
+    QMessageBox::information(this, QStringLiteral("Cannot Delete Group"),
+                             QStringLiteral("Group not empty. Remove Channels before removing Group."));
+    --m_busyDepth;
 }

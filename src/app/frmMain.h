@@ -4,28 +4,52 @@
 
 #include "app/AppHost.h"
 #include "app/RefreshCoordinator.h"
+#include "skin/SkinImageListTarget.h"
+#include "skin/SkinPicture.h"
+#include "skin/SkinnedWindow.h"
 
-#include <QWidget>
+#include <QHash>
+#include <QIcon>
+#include <QList>
+#include <QPointer>
+#include <functional>
 #include <memory>
 
-class QLabel;
+class QAction;
+class QMenu;
+class QMenuBar;
+class QSystemTrayIcon;
+class QTimer;
 class QTreeWidget;
 class QTreeWidgetItem;
 class RSSGroup;
 class Runtime;
+class ViewerWindows;
 class clsProfile;
 class colProfiles;
+class frmAbout;
+class frmLoading;
+class frmUser;
 
-// The main window: owns the profile list and the active profile, shares the connection slots
-// among the channels and shows the active profile's groups and channels with their counts. The
-// skinned tree with folders, menus and the tray replace this plain tree later.
-class frmMain final : public QWidget, public AppHost, private RefreshCoordinator::Target {
+// The main window: a frameless window painted by the skin, with the tree of the active profile's
+// folders, groups and channels inside the skin's frame, and the tray icon. It owns the profile
+// list and the active profile, shares the connection slots among the channels, and its life is
+// the program's: closing hides it to the tray, and only the tray's Exit (or a logout) ends the
+// program, after everything was saved. Where the desktop has no tray, nothing hides: closing
+// ends the program the same way, and the tray's menu opens from a right click on the window.
+class frmMain final : public SkinnedWindow,
+                      public AppHost,
+                      public SkinImageListTarget,
+                      private RefreshCoordinator::Target {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(frmMain)
 public:
-    explicit frmMain(Runtime& runtime);
+    // The skin engine paints this window and is loaded by it; `trayAvailable` is the desktop's
+    // answer whether a system tray exists.
+    frmMain(Runtime& runtime, frmTamselSkin& skin, bool trayAvailable);
     ~frmMain() override;
 
+    // AppHost
     void PopupInfo(const QString& message, const QString& profileName, const QString& channelKey) override;
     bool RequestConnect() override { return m_coordinator.RequestConnect(); }
     void ConnectRelease() override { m_coordinator.ConnectRelease(); }
@@ -33,36 +57,153 @@ public:
     bool AddRSSItem(const XmlNode& item) override;
     clsProfile* ActiveProfile() const override { return m_User; }
     const XsltStylesheet& NamespaceTransform() const override;
-    bool FirstRun() const override { return m_firstRun; }
-    void SetFirstRun(bool firstRun) override { m_firstRun = firstRun; }
+    bool FirstRun() const override { return m_FirstRun; }
+    void SetFirstRun(bool firstRun) override { m_FirstRun = firstRun; }
     void AddChannel(const QString& url, const QString& groupName) override;
+    ChannelViewer* Viewer(const RSSChannel& channel) const override;
+    ChannelViewer* LoadViewer(RSSChannel& channel) override;
+    void UnloadViewer(RSSChannel& channel) override;
 
-    // Brings the window forward, for a second start of the program.
+    // SkinWindow
+    QString DecodeText(const QString& text) override;
+    void SkinHandler(const QString& function) override;
+
+    // SkinImageListTarget: the tree's image list `imglst`.
+    bool HasImage(const QString& key) const override;
+    void RemoveImage(const QString& key) override;
+    void AddImage(const QString& key, const SkinPicture& picture) override;
+    // The 0-based position of the key in the image list, -1 when it has none.
+    int ImageIndex(const QString& key) const;
+
+    colProfiles* Users() const { return m_Users.get(); }
+    // Saves everything, then switches to the named profile and shows its tree. Nothing happens
+    // when the save was cancelled or there is no such profile.
+    void ChangeUser(const QString& name);
+    // The tree node of a key (group, or group "|" channel URL), or none.
+    QTreeWidgetItem* Node(const QString& key) const;
+    QTreeWidget* Tree() const { return treMain; }
+    QMenu* ActionsMenu() const { return mnuActions; }
+    QMenu* TrayMenu() const { return mnuTray; }
+    // The "&New Items" submenu of the tray menu.
+    QMenu* NewItemsMenu() const { return mnuNewItems; }
+    bool TrayAvailable() const { return m_trayAvailable; }
+    bool TrayIconShown() const { return m_TrayIconShown; }
+    bool ExitRequested() const { return m_ExitRequested; }
+
+    // Rebuilds the tray's "&New Items" list from the channels that have new items.
+    void LoadTrayMenu();
+    // Hides the window to the tray; without a tray, ends the program instead.
+    void MeClose();
+    // Saves everything and ends the program: the window goes at once, the process on a later tick.
+    void ShutDown();
+    // Saves the profile list and everything of the active profile. When a file cannot be
+    // written, asks whether to try again, go on without it, or stay; false when the user stays.
+    bool SaveAllOrAsk();
+    // Shows the window in its normal state in front of the others, for the tray's "&Open Tamsel"
+    // and for a second start of the program.
     void ShowAndRaise();
+
+Q_SIGNALS:
+    // The window has unloaded itself after ShutDown; the program ends.
+    void Unloaded();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void RepaintSkin() override;
+    void SurfacePressed(Qt::MouseButton button, QPointF point) override;
 
 private:
     bool UpdateChannelNode(RSSChannel& channel) override;
 
+    void CreateMenus();
+    void CreateTray();
     void m_Users_ProfilesLoaded();
-    void ChangeUser(const QString& name);
+    void ShowNewUser();
+    void Skin_SkinLoaded();
+    void ApplyWindowColors();
+    void StyleNode(QTreeWidgetItem* node) const;
+    void SetNodeImage(QTreeWidgetItem* node, const QString& imageKey) const;
+    void RefreshGroupText(RSSGroup* group);
+
     void RepopulateTreeMain();
-    void AddGroupNode(RSSGroup* group);
-    void AddChannelNode(QTreeWidgetItem* groupNode, const QString& key);
-    // Releases the active profile after a last save; the window keeps no profile afterwards.
+    void m_User_NewGroup(RSSGroup* group);
+    void m_User_NewChannel(RSSGroup* group, const QString& key);
+    void m_User_DelChannel(RSSGroup* group, const QString& key);
+    void m_User_DelGroup(RSSGroup* group);
+    QTreeWidgetItem* AddNode(QTreeWidgetItem* parent, const QString& key, const QString& text);
+    void RemoveNode(QTreeWidgetItem* node);
+    void ForgetNode(QTreeWidgetItem* node);
+    void ClearTree();
+
+    void treMain_KeyUp(int key, Qt::KeyboardModifiers modifiers);
+    void treMain_NodeClick(QTreeWidgetItem* node);
+    void treMain_NodeRightClick(QTreeWidgetItem* node, QPoint globalPosition);
+    void SetContextEntries(bool channel, bool group, bool reservedGroup);
+    QTreeWidgetItem* SelectedNode() const;
+    RSSChannel* SelectedChannel() const;
+    void mnuRemoveChannel_Click();
+    void mnuDeleteGroup_Click();
+    void ForEachChannelInGroup(const std::function<void(RSSChannel&)>& action);
+
+    void tmrOneShot_Timer();
+    void trayMain_Activated(int reason);
+    void mnuTray_Closed();
+    void UnloadMain();
+    void ToggleFramed();
+    // Says where an items file that could not be read was kept, once the profile has loaded.
+    void TellOfDamagedItems(clsProfile& profile);
+    // Releases the active profile; the window keeps none afterwards.
     void ReleaseUser();
-    // Saves the active profile's changed items before it goes. When the disk refuses, asks whether
-    // to try again, to go on without the changes, or to stay; false when the user chose to stay.
-    bool SaveItemsOrAsk();
+    void Layout();
 
     Runtime& m_runtime;
     // Declared before the profiles: channels give their slots back while they are released.
     RefreshCoordinator m_coordinator;
     std::unique_ptr<colProfiles> m_Users;
+    // Declared after the profiles, so that the viewers close before the channels they show.
+    std::unique_ptr<ViewerWindows> m_viewers;
     clsProfile* m_User = nullptr;
-    bool m_firstRun = false;
-    QLabel* m_status = nullptr;
+    bool m_trayAvailable;
+    bool m_FirstRun = false;
+    bool m_ExitRequested = false;
+    bool m_shutDownRan = false;
+    bool m_TrayIconShown = false;
+    bool m_KeyNavigation = false;
+    // An activation or a question to the user is running below the current event; the profile
+    // list must stay until it has returned.
+    int m_busyDepth = 0;
+    bool m_damageTold = false;
+
     QTreeWidget* treMain = nullptr;
+    QMenuBar* m_menuBar = nullptr;
+    QMenu* mnuActions = nullptr;
+    QAction* mnuADash1 = nullptr;
+    QList<QAction*> m_channelEntries;
+    QAction* mnuRemoveChannel = nullptr;
+    QList<QAction*> m_groupEntries;
+    QList<QAction*> m_userGroupEntries;
+    QMenu* mnuTray = nullptr;
+    QMenu* mnuNewItems = nullptr;
+    QAction* mnuNoNewItems = nullptr;
+    QList<QAction*> m_newItemsEntries;
+    QAction* mnuTrayDash = nullptr;
+    QAction* mnuTrayTicker = nullptr;
+    QSystemTrayIcon* trayMain = nullptr;
+    QTimer* tmrOneShot = nullptr;
+
+    struct ListImage {
+        QString key;
+        SkinPicture picture;
+        QIcon icon;
+    };
+    QList<ListImage> imglst;
+    // Nodes by case-folded key, and the channel nodes by case-folded channel URL.
+    QHash<QString, QTreeWidgetItem*> m_nodes;
+    QMultiHash<QString, QTreeWidgetItem*> m_channelNodes;
+
+    QPointer<frmUser> m_frmUser;
+    QPointer<frmLoading> m_frmLoading;
+    QPointer<frmAbout> m_frmAbout;
 };

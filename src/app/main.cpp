@@ -5,11 +5,15 @@
 #include "platform/Paths.h"
 #include "platform/SingleInstance.h"
 #include "platform/SystemDesktop.h"
+#include "platform/TerminationSignals.h"
 #include "platform/XmlSecurity.h"
+#include "skin/WidgetSkinHost.h"
+#include "skin/frmTamselSkin.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
+#include <QSystemTrayIcon>
 
 #include <cstdio>
 
@@ -59,8 +63,15 @@ int main(int argc, char** argv) {
     }
     runtime.InstallDataFolder();
 
-    frmMain main(runtime);
+    // The main window hides to the tray; the program ends when it has unloaded itself.
+    QApplication::setQuitOnLastWindowClosed(false);
+    WidgetSkinHost skinHost;
+    frmTamselSkin skin(runtime.Settings(), paths, runtime.GetServices().clock, skinHost);
+    frmMain main(runtime, skin, QSystemTrayIcon::isSystemTrayAvailable());
     QObject::connect(&instance, &SingleInstance::ShowRequested, &main, &frmMain::ShowAndRaise);
-    main.show();
+    QObject::connect(&main, &frmMain::Unloaded, &app, &QCoreApplication::quit, Qt::QueuedConnection);
+    // A logout or a kill saves everything as the tray's Exit does.
+    TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::Received, &main, &frmMain::ShutDown);
     return app.exec();
 }
