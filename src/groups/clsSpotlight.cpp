@@ -6,6 +6,7 @@
 #include "app/MakerSite.h"
 #include "app/SharedHelpers.h"
 #include "app/clsProfile.h"
+#include "feeds/RSSChannel.h"
 #include "groups/RSSGroup.h"
 #include "groups/clsOPML.h"
 #include "platform/CRegSettings.h"
@@ -106,6 +107,13 @@ void clsSpotlight::OPML_FileLoaded() {
     }
     for (int j = OPML->GetCount() - 1; j >= 0; --j) {
         m_host.AddChannel(OPML->GetURL(j), GroupName::Spotlight);
+        // Named as the list names it until its feed gives it a title of its own.
+        RSSChannel* channel = profile->GetChannel(OPML->GetURL(j));
+        const QString title = OPML->GetTitle(j).trimmed();
+        if (channel && !title.isEmpty() && channel->Title() == channel->URL()) {
+            channel->SetTitle(title);
+            m_host.StateChange(m_profileName, *channel);
+        }
     }
     // Applied only now: the saves of the groups during the walk must not record a list half applied.
     m_lastModified = m_pendingLastModified;

@@ -245,6 +245,7 @@ TEST_F(ProfileGroupsTest, AFreshInstallationLoadsTheListIntoTheSpotlightGroup) {
     EXPECT_EQ(Spotlight().Name(true), u"Spotlight  (3)"_s);
     EXPECT_EQ(profile.ChannelCount(), 12);
     EXPECT_EQ(profile.GetChannel(kB)->Expire(), RSSChannel::kNewExpireDays);
+    EXPECT_EQ(profile.GetChannel(kB)->Title(), u"t"_s) << "named as the list names it until fetched";
     EXPECT_EQ(profile.GetChannel(QString()), nullptr);
     const XmlDocument saved = XmlDocument::Load(home.GetPaths().ProfileFolder(kProfile) + u"/groups.xml"_s);
     EXPECT_FALSE(saved.IsNull()) << "adding through the host saves the groups";
