@@ -7,7 +7,7 @@
 #include "platform/Paths.h"
 #include "platform/SingleInstance.h"
 #include "platform/XmlDocument.h"
-#include "support/EventPump.h"
+#include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
 #include "support/QStringPrinter.h"
 
@@ -32,32 +32,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kRunLimitMs = 90000;
 constexpr qint64 kSmallFileLimit = 1024;
 constexpr int kFeeds = 6;
 const QString kProfile = u"Reader"_s;
-
-struct CliRun {
-    int exitCode = -1;
-    QString out;
-    QString err;
-    QStringList Lines() const { return out.split(u'\n', Qt::SkipEmptyParts); }
-    // The objects of a --json list.
-    QList<QJsonObject> Objects() const {
-        QList<QJsonObject> objects;
-        for (const QString& line : Lines()) {
-            objects.append(QJsonDocument::fromJson(line.toUtf8()).object());
-        }
-        return objects;
-    }
-};
-
-// What a run of the program printed, for failure messages.
-std::ostream& operator<<(std::ostream& os, const CliRun& run) {
-    return os << "exit " << run.exitCode << "\n--- out\n"
-              << run.out.toStdString() << "--- err\n"
-              << run.err.toStdString();
-}
 
 QByteArray Feed(int feed, int items) {
     // Dated now, as written by the server: the items land in Today and never expire meanwhile.
@@ -76,50 +53,9 @@ QByteArray Feed(int feed, int items) {
     return body + "</channel></rss>";
 }
 
-// The program as a user runs it, under `home`. `inChild` runs in the new process before the program
-// starts (async-signal-safe calls only).
-CliRun RunIn(const QString& home, const QStringList& arguments, const std::function<void()>& inChild = {}) {
-    QProcess process;
-    if (inChild) {
-        process.setChildProcessModifier(inChild);
-    }
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"TAMSEL_HOME"_s, home);
-    environment.insert(u"TAMSEL_RESOURCES"_s, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(home);
-    process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
-    CliRun run;
-    if (!PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs)) {
-        process.kill();
-        process.waitForFinished();
-        ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-Paths HomePaths(const QString& home) {
-    return Paths(QStringLiteral(TAMSEL_BUILD_DATA_DIR), home, home + u"/config"_s);
-}
-
 QByteArray ReadFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void CopyFolder(const QString& from, const QString& to) {
-    QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        QDir().mkpath(QFileInfo(target).path());
-        QFile::remove(target);
-        ASSERT_TRUE(QFile::copy(source, target)) << target.toStdString();
-    }
 }
 
 // One server for the suite, and one home subscribed to its six feeds that each test that needs
@@ -183,7 +119,7 @@ protected:
     }
 
     CliRun Run(const QStringList& arguments, const std::function<void()>& inChild = {}) {
-        return RunIn(home.path(), arguments, inChild);
+        return RunIn(home.path(), arguments, {}, inChild);
     }
     Paths GetPaths() const { return HomePaths(home.path()); }
     QString ProfileFile(const QString& name) const {

@@ -7,7 +7,7 @@
 #include "platform/CRegSettings.h"
 #include "platform/Paths.h"
 #include "platform/XmlDocument.h"
-#include "support/EventPump.h"
+#include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
 
 #include <QDateTime>
@@ -28,17 +28,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kRunLimitMs = 60000;
 constexpr int kFeeds = 4;
 constexpr int kItemsBefore = 3;
 constexpr int kItemsAfter = 8;
 const QString kProfile = u"Reader"_s;
-
-struct CliRun {
-    bool killed = false;
-    int exitCode = -1;
-    QString err;
-};
 
 // One feed with `items` stories; a later version of a feed carries the earlier stories too.
 QByteArray Feed(int feed, int items) {
@@ -56,46 +49,8 @@ QByteArray Feed(int feed, int items) {
     return body + "</channel></rss>";
 }
 
-CliRun RunIn(const QString& home, const QStringList& arguments, const QHash<QString, QString>& extra = {},
-             const std::function<void()>& inChild = {}) {
-    QProcess process;
-    if (inChild) {
-        process.setChildProcessModifier(inChild);
-    }
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"TAMSEL_HOME"_s, home);
-    environment.insert(u"TAMSEL_RESOURCES"_s, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
-    for (auto it = extra.cbegin(); it != extra.cend(); ++it) {
-        environment.insert(it.key(), it.value());
-    }
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
-    CliRun run;
-    if (!PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs)) {
-        process.kill();
-        process.waitForFinished();
-        ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
-        return run;
-    }
-    run.killed = process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGKILL;
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-void CopyFolder(const QString& from, const QString& to) {
-    QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        QDir().mkpath(QFileInfo(target).path());
-        ASSERT_TRUE(QFile::copy(source, target)) << target.toStdString();
-    }
-}
-
 QString ProfileFile(const QString& home, const QString& name) {
-    return Paths(QStringLiteral(TAMSEL_BUILD_DATA_DIR), home, home + u"/config"_s).ProfileFolder(kProfile) +
-           u'/' + name;
+    return HomePaths(home).ProfileFolder(kProfile) + u'/' + name;
 }
 
 // The guids of the stored items, with " read" after those marked read.
@@ -139,7 +94,7 @@ protected:
                            "Mon, 16 Nov 2026 09:00:00 GMT");
         s_base = std::make_unique<QTemporaryDir>();
         const QString home = s_base->path();
-        CRegSettings(Paths(QStringLiteral(TAMSEL_BUILD_DATA_DIR), home, home + u"/config"_s))
+        CRegSettings(HomePaths(home))
             .SaveSetting(u"Common"_s, u"MakerSite"_s, s_server->Url(QString()).toString());
         Serve(kItemsBefore, "Mon, 16 Nov 2026 08:00:00 GMT");
         s_setUp = RunIn(home, {u"profile-add"_s, kProfile}).exitCode == 0;
