@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ticker/AppBarShell.h"
+
+#include <QList>
+#include <QMap>
+#include <QRect>
+#include <QString>
+#include <QStringList>
+
+// The auto-hide slots of one simulated desktop, shared by the bars on it.
+struct SimulatedDesktop {
+    QMap<int, const void*> autoHideOwners;
+};
+
+// A desktop shell that records every message a bar sends, as text, and keeps a window rectangle.
+// The screen is 1000 by 600 with a 40-pixel task bar at the bottom; QueryPos keeps bars off it.
+class SimulatedShell final : public AppBarShell {
+public:
+    static constexpr int kTaskBar = 40;
+
+    explicit SimulatedShell(SimulatedDesktop& desktop) : m_desktop(desktop) {}
+
+    bool Register() override {
+        log << QStringLiteral("New");
+        return true;
+    }
+    void Unregister() override { log << QStringLiteral("Remove"); }
+    QRect QueryPos(int edge, const QRect& proposed) override {
+        log << QStringLiteral("QueryPos %1").arg(edge);
+        QRect granted = proposed;
+        if (edge != 3) {
+            granted.setHeight(screen.height() - kTaskBar);
+        } else {
+            granted.setBottom(screen.height() - kTaskBar - 1);
+        }
+        return granted;
+    }
+    void SetPos(int edge, const QRect& rect) override {
+        log << QStringLiteral("SetPos %1 %2").arg(edge).arg(Text(rect));
+        reserved = rect;
+    }
+    bool SetAutoHideBar(int edge, bool claim) override {
+        log << QStringLiteral("SetAutoHideBar %1 %2").arg(edge).arg(claim ? 1 : 0);
+        const void* holder = m_desktop.autoHideOwners.value(edge, nullptr);
+        if (!claim) {
+            if (holder == this) {
+                m_desktop.autoHideOwners.remove(edge);
+            }
+            return true;
+        }
+        if (holder != nullptr && holder != this) {
+            return false;
+        }
+        m_desktop.autoHideOwners[edge] = this;
+        return true;
+    }
+    void Activate() override { log << QStringLiteral("Activate"); }
+    void WindowPosChanged() override { log << QStringLiteral("WindowPosChanged"); }
+
+    QRect ScreenRect() const override { return screen; }
+    QRect WorkArea() const override { return screen.adjusted(0, 0, 0, -kTaskBar); }
+    AppBarMetrics Metrics() const override { return metrics; }
+    QRect WindowRect() const override { return window; }
+    void MoveWindow(const QRect& rect) override {
+        log << QStringLiteral("Move %1").arg(Text(rect));
+        window = rect;
+    }
+    QPoint CursorPos() const override { return cursor; }
+    bool IsWindowActive() const override { return active; }
+    QString WindowCaption() const override { return QStringLiteral("Bar"); }
+    void ShowMessage(const QString& title, const QString& text) override { messages << title + u'|' + text; }
+
+    // "left,top widthxheight"
+    static QString Text(const QRect& rect) {
+        return QStringLiteral("%1,%2 %3x%4")
+            .arg(rect.left())
+            .arg(rect.top())
+            .arg(rect.width())
+            .arg(rect.height());
+    }
+
+    QStringList log;
+    QStringList messages;
+    QRect screen{0, 0, 1000, 600};
+    QRect window{100, 100, 300, 50};
+    QRect reserved;
+    QPoint cursor{500, 300};
+    bool active = false;
+    AppBarMetrics metrics;
+
+private:
+    SimulatedDesktop& m_desktop;
+};
