@@ -14,15 +14,20 @@
 #include "feeds/RSSChannel.h"
 #include "groups/RSSGroup.h"
 #include "itembank/clsItemBank.h"
+#include "itembank/modItemHandler.h"
 #include "platform/CRegSettings.h"
 #include "platform/Desktop.h"
 #include "platform/Memory.h"
 #include "skin/SkinColor.h"
 #include "skin/SkinSurface.h"
 #include "skin/frmTamselSkin.h"
+#include "ticker/frmTicker.h"
+#include "ticker/frmTickerView.h"
+#include "views/ImageLoader.h"
 #include "views/ViewerWindows.h"
 #include "views/frmProperties.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
@@ -151,9 +156,14 @@ frmMain::frmMain(Runtime& runtime, frmTamselSkin& skin, bool trayAvailable)
         MeClose();
     }
     SetContextEntries(false, false, false);
+    if (settings.GetSetting(frmTicker::kSection, QStringLiteral("Show"), QStringLiteral("False")) == kTrue) {
+        ShowTicker(true);
+    }
 }
 
 frmMain::~frmMain() {
+    // The ticker is a window of its own; it must not outlive the view it was given.
+    delete m_ticker.data();
     Skin().SetImageListTarget(nullptr);
     if (m_Users && m_User) {
         m_Users->SaveAllXML();
@@ -238,8 +248,8 @@ void frmMain::CreateMenus() {
     mnuTrayDash->setVisible(false);
     mnuTrayTicker = mnuTray->addAction(QStringLiteral("&Show Ticker Bar"));
     mnuTrayTicker->setCheckable(true);
-    // The ticker bar comes with its own window; until then the entry cannot be chosen.
-    mnuTrayTicker->setEnabled(false);
+    connect(mnuTrayTicker, &QAction::triggered, this, [this](bool checked) { ShowTicker(checked); });
+    CreateTickerMenu();
     QAction* open = mnuTray->addAction(QStringLiteral("&Open Tamsel"));
     QFont bold = open->font();
     bold.setBold(true);
@@ -668,12 +678,129 @@ void frmMain::UnloadViewer(RSSChannel& channel) {
     m_viewers->UnloadViewer(channel);
 }
 
+void frmMain::CreateTickerMenu() {
+    mnuTicker = new QMenu(QStringLiteral("&Ticker"), this);
+    connect(mnuTicker->addAction(QStringLiteral("Open &Item in Browser")), &QAction::triggered, this, [this] {
+        if (m_ticker) {
+            m_ticker->OpenExtern();
+        }
+    });
+    connect(mnuTicker->addAction(QStringLiteral("&Open Tamsel")), &QAction::triggered, this,
+            &frmMain::ShowAndRaise);
+    mnuTicker->addSeparator();
+    QMenu* dock = mnuTicker->addMenu(QStringLiteral("&Dock"));
+    // The app bar's edge numbers: 0 left, 1 top, 2 right, 3 bottom.
+    const std::pair<const char16_t*, int> edges[] = {
+        {u"&Top", 1}, {u"&Bottom", 3}, {u"&Left", 0}, {u"&Right", 2}};
+    for (const auto& [caption, edge] : edges) {
+        connect(dock->addAction(QString::fromUtf16(caption)), &QAction::triggered, this, [this, edge] {
+            if (m_ticker) {
+                m_ticker->DockBar(edge);
+            }
+        });
+    }
+    QMenu* effects = mnuTicker->addMenu(QStringLiteral("&Effects"));
+    auto* effectGroup = new QActionGroup(effects);
+    const std::pair<const char16_t*, int> choices[] = {{u"&Scroll Horizontal", frmTicker::EffectHorizontal},
+                                                       {u"Scroll &Vertical", frmTicker::EffectVertical},
+                                                       {u"&Fade", frmTicker::EffectFade},
+                                                       {u"&TypeWrite", frmTicker::EffectType}};
+    for (const auto& [caption, effect] : choices) {
+        QAction* entry = effects->addAction(QString::fromUtf16(caption));
+        entry->setCheckable(true);
+        entry->setData(effect);
+        effectGroup->addAction(entry);
+        connect(entry, &QAction::triggered, this, [this, effect] {
+            if (m_ticker) {
+                m_ticker->SetEffect(effect);
+            }
+        });
+    }
+    connect(effects, &QMenu::aboutToShow, this, [this, effectGroup] {
+        for (QAction* entry : effectGroup->actions()) {
+            entry->setChecked(m_ticker && entry->data().toInt() == m_ticker->CurrentEffect());
+        }
+    });
+    connect(mnuTicker->addAction(QStringLiteral("&Close Ticker Bar")), &QAction::triggered, this,
+            [this] { ShowTicker(false); });
+}
+
+void frmMain::ShowTicker(bool show) {
+    mnuTrayTicker->setChecked(show);
+    m_runtime.Settings().SaveSetting(frmTicker::kSection, QStringLiteral("Show"),
+                                     show ? kTrue : QStringLiteral("False"));
+    if (!show) {
+        if (m_ticker) {
+            m_ticker->close();
+        }
+        return;
+    }
+    if (m_ticker) {
+        m_ticker->raise();
+        return;
+    }
+    const Services services = m_runtime.GetServices();
+    if (!m_tickerView) {
+        m_tickerImages = std::make_unique<ImageLoader>(services.http);
+        m_tickerView = std::make_unique<frmTickerView>(
+            Skin(), services.settings, services.clock, services.desktop, *m_tickerImages,
+            NamespaceTransform(),
+            [this] { return m_User ? m_User->Folder() + QStringLiteral("/tck_tmp.html") : QString(); },
+            [this](const XmlNode& item) { ReportItemRead(item); });
+    }
+    m_ticker = new frmTicker(Skin(), services.settings, services.clock, services.desktop,
+                             [this] { return m_User ? m_User->ItemBank() : nullptr; });
+    m_ticker->setAttribute(Qt::WA_DeleteOnClose);
+    m_ticker->SetItemView(m_tickerView.get());
+    connect(m_ticker, &frmTicker::MenuRequested, this,
+            [this](QPoint position) { mnuTicker->popup(position); });
+    // Closed by its own close button: as the menu's "&Close Ticker Bar".
+    connect(m_ticker, &frmTicker::Closed, this, [this] {
+        mnuTrayTicker->setChecked(false);
+        if (!m_shutDownRan) {
+            m_runtime.Settings().SaveSetting(frmTicker::kSection, QStringLiteral("Show"),
+                                             QStringLiteral("False"));
+        }
+        if (m_tickerView) {
+            m_tickerView->HideItem();
+        }
+    });
+    m_ticker->show();
+}
+
+frmTicker* frmMain::Ticker() const {
+    return m_ticker;
+}
+
+void frmMain::ForgetTickerItems() {
+    // The ticker and its view hold items of the bank that is about to go.
+    if (m_tickerView) {
+        m_tickerView->HideItem();
+    }
+    if (m_ticker) {
+        m_ticker->ProfileChanged();
+    }
+}
+
+void frmMain::ReportItemRead(const XmlNode& item) {
+    if (!m_User) {
+        return;
+    }
+    for (const QString& key :
+         {GetAttributeText(item, QStringLiteral("channel")), FolderKey::Unread, FolderKey::Read}) {
+        if (RSSChannel* channel = m_User->GetChannel(key)) {
+            channel->SetState();
+        }
+    }
+}
+
 void frmMain::ReleaseUser() {
     ClearTree();
     if (!m_User) {
         return;
     }
     m_viewers->CloseAll();
+    ForgetTickerItems();
     clsProfile* old = m_User;
     m_User = nullptr;
     disconnect(old, nullptr, this, nullptr);
@@ -746,6 +873,7 @@ void frmMain::ChangeUser(const QString& name) {
     ClearTree();
     if (old) {
         m_viewers->CloseAll();
+        ForgetTickerItems();
         disconnect(old, nullptr, this, nullptr);
         old->Deactivate();
     }
@@ -777,11 +905,12 @@ void frmMain::TellOfDamagedItems(clsProfile& profile) {
         return;
     }
     ++m_busyDepth;
-    QMessageBox::warning(this, kTitle,
-                         QStringLiteral("The items of \"%1\" could not be read (%2).\n\nThe file was kept as\n%3\n"
-                                        "The items that could still be read are kept, and every channel "
-                                        "fetches its news again.")
-                             .arg(profile.Name(), bank->DamageReason(), QDir::toNativeSeparators(bank->DamagedFile())));
+    QMessageBox::warning(
+        this, kTitle,
+        QStringLiteral("The items of \"%1\" could not be read (%2).\n\nThe file was kept as\n%3\n"
+                       "The items that could still be read are kept, and every channel "
+                       "fetches its news again.")
+            .arg(profile.Name(), bank->DamageReason(), QDir::toNativeSeparators(bank->DamagedFile())));
     --m_busyDepth;
 }
 

@@ -24,7 +24,11 @@ class QTreeWidget;
 class QTreeWidgetItem;
 class RSSGroup;
 class Runtime;
+class ImageLoader;
 class ViewerWindows;
+class XmlNode;
+class frmTicker;
+class frmTickerView;
 class clsProfile;
 class colProfiles;
 class frmAbout;
@@ -84,6 +88,8 @@ public:
     QTreeWidget* Tree() const { return treMain; }
     QMenu* ActionsMenu() const { return mnuActions; }
     QMenu* TrayMenu() const { return mnuTray; }
+    QMenu* TickerMenu() const { return mnuTicker; }
+    frmTicker* Ticker() const;
     // The "&New Items" submenu of the tray menu.
     QMenu* NewItemsMenu() const { return mnuNewItems; }
     bool TrayAvailable() const { return m_trayAvailable; }
@@ -152,6 +158,13 @@ private:
     void mnuTray_Closed();
     void UnloadMain();
     void ToggleFramed();
+    void CreateTickerMenu();
+    // Shows or closes the ticker bar, keeping the choice for the next start.
+    void ShowTicker(bool show);
+    // Lets go of the items the ticker and its view hold, before the profile is released.
+    void ForgetTickerItems();
+    // The ticker's view marked an item read: the counts of its channel and the folders follow.
+    void ReportItemRead(const XmlNode& item);
     // Says where an items file that could not be read was kept, once the profile has loaded.
     void TellOfDamagedItems(clsProfile& profile);
     // Releases the active profile; the window keeps none afterwards.
@@ -190,6 +203,10 @@ private:
     QList<QAction*> m_newItemsEntries;
     QAction* mnuTrayDash = nullptr;
     QAction* mnuTrayTicker = nullptr;
+    QMenu* mnuTicker = nullptr;
+    QPointer<frmTicker> m_ticker;
+    std::unique_ptr<ImageLoader> m_tickerImages;
+    std::unique_ptr<frmTickerView> m_tickerView;
     QSystemTrayIcon* trayMain = nullptr;
     QTimer* tmrOneShot = nullptr;
 

@@ -14,6 +14,7 @@
 #include "support/EventPump.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
+#include "ticker/frmTicker.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -350,6 +351,33 @@ TEST_F(MainWindowTest, TheTrayListsTheChannelsWithNewItems) {
     EXPECT_FALSE(Channel(kFeed).NewItems());
     window->LoadTrayMenu();
     EXPECT_EQ(Shown(*window->NewItemsMenu()), QStringList{Channel(kOther).TitleAndCount()});
+}
+
+TEST_F(MainWindowTest, TheTickerFollowsItsSettingAndItsEntriesAgree) {
+    runtime.Settings().SaveSetting(u"Ticker"_s, u"Show"_s, u"True"_s);
+    Start();
+    QAction& trayEntry = *window->TrayMenu()->actions().at(2);
+    ASSERT_EQ(trayEntry.text(), u"&Show Ticker Bar"_s);
+    ASSERT_NE(window->Ticker(), nullptr) << "shown at start when it was shown before";
+    EXPECT_TRUE(trayEntry.isChecked());
+    EXPECT_EQ(Shown(*window->TickerMenu()),
+              (QStringList{u"Open &Item in Browser"_s, u"&Open Tamsel"_s, u"-"_s, u"&Dock"_s, u"&Effects"_s,
+                           u"&Close Ticker Bar"_s}));
+
+    window->TickerMenu()->actions().last()->trigger();
+    ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
+    EXPECT_FALSE(trayEntry.isChecked());
+    EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"False"_s);
+
+    trayEntry.trigger();
+    ASSERT_NE(window->Ticker(), nullptr);
+    EXPECT_TRUE(trayEntry.isChecked());
+    EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"True"_s);
+    // Closed by its own button, the ticker clears the mark as the menu entry would.
+    window->Ticker()->SkinHandler(u"close"_s);
+    ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
+    EXPECT_FALSE(trayEntry.isChecked());
+    EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"False"_s);
 }
 
 TEST_F(MainWindowTest, ExitFromTheTraySavesEverythingAndEndsAfterTheMenuCloses) {
