@@ -132,6 +132,16 @@ void FetchRound::Finish(Entry& entry, bool failed, bool fetched) {
         ++m_summary.unchanged;
     }
     m_stall.setRemainingTime(kStallMs);
+    // Its slot is free again: a channel still waiting for one asks now, not at its own retry 1 to
+    // 3 s later. Not from inside the finished channel's report, which still holds the slot.
+    QTimer::singleShot(0, this, [this] {
+        for (Entry& waiting : m_entries) {
+            if (waiting.phase == Phase::Asked && waiting.channel && !waiting.channel->Busy()) {
+                Ask(waiting);
+                return;
+            }
+        }
+    });
     if (m_progress) {
         m_progress(m_summary, m_done);
     }
