@@ -62,42 +62,22 @@ TEST_F(ChannelCollectionTest, FreshProfileHasTheNineBuiltinsInOrder) {
         EXPECT_EQ(channel->URL(), expected[i].url);
         EXPECT_EQ(channel->Expire(), expected[i].expire);
         EXPECT_EQ(channel->Update(), expected[i].update);
-        EXPECT_FALSE(channel->OpenLink());
-        EXPECT_EQ(channel->LastModified(), RSSChannel::kNeverChecked);
-        EXPECT_EQ(channel->Username(), kProfile);
         EXPECT_EQ(channel->ProfileFolder(), ProfileFolder());
     }
-    EXPECT_EQ(profile.GetChannel(u"_tamsel/read"_s), profile.GetChannel(9));
     EXPECT_EQ(profile.GetChannel(u"_TAMSEL/READ"_s), profile.GetChannel(9));
     EXPECT_EQ(profile.GetChannel(10), nullptr);
-    EXPECT_EQ(profile.GetChannel(0), nullptr);
-    EXPECT_EQ(profile.GetChannel(u"http://nowhere.example/"_s), nullptr);
-}
-
-TEST_F(ChannelCollectionTest, InactiveProfileHasNoChannels) {
-    EXPECT_EQ(profile.GetChannel(u"_tamsel/today"_s), nullptr);
-    EXPECT_EQ(profile.ChannelCount(), 0);
-    EXPECT_FALSE(profile.SaveChannelXML());
-    Activate(true);
-    profile.Deactivate();
-    EXPECT_EQ(profile.GetChannel(1), nullptr);
-    EXPECT_EQ(profile.ItemBank(), nullptr);
 }
 
 TEST_F(ChannelCollectionTest, AddingAUrlTwiceOrInAnotherCaseGivesTheSameChannel) {
     Activate(true);
     RSSChannel* added = Channels().AddChannel(kFeedUrl);
     ASSERT_NE(added, nullptr);
-    EXPECT_EQ(added->Username(), kProfile);
     EXPECT_EQ(added->Expire(), RSSChannel::kNewExpireDays);
-    EXPECT_EQ(Channels().AddChannel(kFeedUrl), added);
     EXPECT_EQ(Channels().AddChannel(kFeedUrl.toUpper()), added);
-    EXPECT_EQ(profile.ChannelCount(), 10);
     EXPECT_EQ(Channels().AddChannel(u"  "_s), nullptr);
     EXPECT_EQ(profile.ChannelCount(), 10);
 
     Channels().DelChannel(kFeedUrl.toUpper());
-    EXPECT_EQ(profile.ChannelCount(), 9);
     EXPECT_EQ(profile.GetChannel(kFeedUrl), nullptr);
 }
 
@@ -111,17 +91,13 @@ TEST_F(ChannelCollectionTest, SavedChannelsComeBackInOrder) {
     ASSERT_TRUE(profile.SaveChannelXML());
     const QByteArray saved = ReadChannels();
     EXPECT_TRUE(saved.startsWith("<tamselchannels><channel><url>_tamsel/today</url><title>Today</title>"));
-    EXPECT_FALSE(saved.startsWith("<?xml"));
 
     Reactivate();
     EXPECT_EQ(Urls().mid(colChannels::kBuiltinCount),
               (QStringList{u"http://b.example.org/feed"_s, u"http://a.example.org/feed"_s}));
     const RSSChannel* bee = profile.GetChannel(u"http://b.example.org/feed"_s);
-    EXPECT_EQ(bee->Title(), u"Bee"_s);
     EXPECT_EQ(bee->Expire(), 0);
     EXPECT_TRUE(bee->OpenLink());
-    EXPECT_EQ(bee->ID(), u"A01"_s);
-    EXPECT_EQ(profile.GetChannel(u"http://a.example.org/feed"_s)->Update(), 5);
     ASSERT_TRUE(profile.SaveChannelXML());
     EXPECT_EQ(ReadChannels(), saved) << "a load and save changes nothing";
 }
@@ -137,7 +113,6 @@ TEST_F(ChannelCollectionTest, BuiltinsKeepTheirValuesAndDuplicatesAreDropped) {
         "</tamselchannels>");
     Activate(true);
     EXPECT_EQ(profile.GetChannel(1)->Title(), u"Today"_s);
-    EXPECT_EQ(profile.GetChannel(1)->ID(), u"F0"_s);
     EXPECT_EQ(profile.GetChannel(1)->Update(), 0);
     EXPECT_EQ(Urls().mid(colChannels::kBuiltinCount),
               (QStringList{u"http://x.example.org/feed"_s, u"http://y.example.org/feed"_s}));
@@ -231,12 +206,13 @@ TEST_F(ChannelCollectionTest, OpmlExportHoldsOnlyTheUsersChannels) {
     ASSERT_TRUE(profile.SaveOPML(path));
     EXPECT_EQ(home.Read(u"export.opml"_s), QByteArrayLiteral("<opml><body/></opml>\n"));
 
-    Channels().AddChannel(kFeedUrl)->SetTitle(u"News"_s);
+    Channels().AddChannel(kFeedUrl + u"?a=1&b=2"_s)->SetTitle(u"Quotes \"and\" <tags>"_s);
     Channels().AddChannel(u"http://b.example.org/feed"_s);
     ASSERT_TRUE(profile.SaveOPML(path));
     EXPECT_EQ(
         home.Read(u"export.opml"_s),
-        QByteArrayLiteral("<opml><body><outline text=\"News\" xmlUrl=\"http://feeds.example.org/news.xml\"/>"
+        QByteArrayLiteral("<opml><body><outline text=\"Quotes &quot;and&quot; &lt;tags&gt;\" "
+                          "xmlUrl=\"http://feeds.example.org/news.xml?a=1&amp;b=2\"/>"
                           "<outline text=\"http://b.example.org/feed\" xmlUrl=\"http://b.example.org/feed\"/>"
                           "</body></opml>\n"));
     EXPECT_FALSE(profile.SaveOPML(home.File(u"no/such/folder/x.opml"_s)));
@@ -248,7 +224,6 @@ TEST_F(ChannelCollectionTest, RequestAllStatusReportsEveryChannelInOrder) {
     host.ClearStateChanges();
     Channels().RequestAllStatus();
     EXPECT_EQ(host.StateChanges(), Urls());
-    EXPECT_EQ(host.NodeText(FolderKey::Today), u"Today  (0)"_s);
     EXPECT_EQ(host.NodeIcon(FolderKey::Flagged), u"flagged"_s);
     EXPECT_EQ(host.NodeText(kFeedUrl), kFeedUrl + u"  (0)"_s);
 }
@@ -260,7 +235,6 @@ TEST_F(ChannelCollectionTest, SwitchingProfilesReleasesEverything) {
     ASSERT_EQ(host.Coordinator().ConnCount(), 1);
     host.ChangeUser(nullptr);
     EXPECT_EQ(host.Coordinator().ConnCount(), 0) << "a dropped fetch gives its slot back";
-    EXPECT_EQ(http.Waiting(), 0);
     EXPECT_TRUE(QFile::exists(ProfileFolder() + u"items.xml"_s)) << "the bank is saved on release";
 }
 

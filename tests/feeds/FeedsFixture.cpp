@@ -5,18 +5,20 @@
 #include "feeds/RSSChannel.h"
 #include "feeds/colChannels.h"
 #include "itembank/clsItemBank.h"
+#include "platform/XmlDocument.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 
-FeedsFixture::FeedsFixture()
+FeedsFixture::FeedsFixture(bool serveSpotlight)
     : settings(home.GetPaths()),
       namespaceTransform(XsltStylesheet::Load(home.GetPaths().ResourceFile(QStringLiteral("tamselns.xsl")))),
       site(settings), host(clock, namespaceTransform, site.HelpURL()),
       profile(Services{clock, settings, http, desktop, home.GetPaths()}, host) {
     profile.SetName(kProfile);
-    // The Spotlight directory has tests of its own.
-    http.Ignore(site.SpotlightURL());
+    if (!serveSpotlight) {
+        http.Ignore(site.SpotlightURL());
+    }
 }
 
 FeedsFixture::~FeedsFixture() {
@@ -59,6 +61,18 @@ void FeedsFixture::AnswerFullCheck(const QString& url, const QByteArray& body, c
     ASSERT_TRUE(http.Complete(url, "HEAD", QByteArray(), lastModified))
         << "no HEAD waits for " << url.toStdString();
     ASSERT_TRUE(http.Complete(url, "GET", body, lastModified)) << "no GET waits for " << url.toStdString();
+}
+
+void FeedsFixture::StoreItems(const QString& url, int count) {
+    for (int i = 0; i < count; ++i) {
+        const XmlDocument doc = XmlDocument::Parse(
+            QStringLiteral("<item channel=\"%1\" date=\"16 Nov 2026\" time=\"09:00:00\"><title>%1 %2</title>"
+                           "<read>false</read><flag>false</flag><delete>false</delete></item>")
+                .arg(url)
+                .arg(i)
+                .toUtf8());
+        ASSERT_TRUE(Bank().AddItem(doc.DocumentElement()));
+    }
 }
 
 void FeedsFixture::Flush() {

@@ -25,14 +25,15 @@ class RSSChannel;
 class clsItemBank;
 
 // A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
-// the shipped namespace stylesheet. Nothing is active until Activate.
+// the shipped namespace stylesheet. Nothing is active until Activate. The Spotlight list is not
+// fetched unless `serveSpotlight`.
 class FeedsFixture : public ::testing::Test {
 protected:
     static inline const QString kProfile = QStringLiteral("Tester");
     static inline const QString kFeedUrl = QStringLiteral("http://feeds.example.org/news.xml");
     static inline const QString kModified = QStringLiteral("Tue, 15 Nov 2005 14:00:00 GMT");
 
-    FeedsFixture();
+    explicit FeedsFixture(bool serveSpotlight = false);
     ~FeedsFixture() override;
 
     // Activates the profile through the host. Without `keepMakerChannels` the maker's two feeds
@@ -47,6 +48,8 @@ protected:
 
     // Answers the check in flight for `url` as a changed feed: HEAD, then GET with `body`.
     void AnswerFullCheck(const QString& url, const QByteArray& body, const QString& lastModified = QString());
+    // Stores `count` unread items of `url` in the active profile's bank.
+    void StoreItems(const QString& url, int count);
     // Lets queued events run, and the requests that channels dropped be destroyed.
     static void Flush();
 

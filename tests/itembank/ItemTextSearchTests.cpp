@@ -61,18 +61,4 @@ TEST(ItemTextSearch, FindsWhatTheFoldedWholeTextContains) {
     EXPECT_LT(matches, 10000);
 }
 
-TEST(ItemTextSearch, FoldsOnlyAToZ) {
-    EXPECT_EQ(ItemTextSearch::Fold(QStringLiteral("ÀbC'Z[")), QStringLiteral("Àbc'z[").toUtf8());
-    const XmlDocument doc = XmlDocument::Parse("<item><t>ÉTÉ</t><u>Été</u></item>");
-    const auto finds = [&doc](const QString& text) {
-        return ItemTextSearch(text).Matches(doc.DocumentElement().Raw());
-    };
-    EXPECT_TRUE(finds(QStringLiteral("ÉTÉ")));
-    EXPECT_TRUE(finds(QStringLiteral("Été")));
-    EXPECT_TRUE(finds(QStringLiteral("ÉÉ")));
-    EXPECT_FALSE(finds(QStringLiteral("été")));
-    EXPECT_FALSE(finds(QStringLiteral("ÉTÉ'")));
-    EXPECT_TRUE(ItemTextSearch(QString()).Matches(doc.DocumentElement().Raw()));
-}
-
 } // namespace

@@ -34,35 +34,23 @@ protected:
     TestWindow window{QSize(100, 50)};
 };
 
-TEST_F(SkinMouseTest, EdgesDoNotHit) {
-    EXPECT_FALSE(Down(QPointF(10, 15)));
-    EXPECT_FALSE(Down(QPointF(30, 15)));
-    EXPECT_FALSE(Down(QPointF(20, 10)));
-    EXPECT_FALSE(Down(QPointF(20, 20)));
+TEST_F(SkinMouseTest, TheLeftButtonPressesInsideTheEdgesOnly) {
+    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::RightButton, QPointF(20, 15), kKind, false));
+    EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::red));
     EXPECT_TRUE(Down(QPointF(10.5, 15)));
+    EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::blue));
+    EXPECT_TRUE(Button().LeaveDetectorEnabled());
+    for (QPointF outside : {QPointF(10, 15), QPointF(30, 15), QPointF(20, 10), QPointF(20, 20)}) {
+        EXPECT_FALSE(Down(outside)) << outside.x() << "," << outside.y();
+    }
     EXPECT_TRUE(Down(QPointF(29.9, 19.9)));
 }
 
-TEST_F(SkinMouseTest, PressShowsThePressedPictureAndOnlyTheLeftButtonCounts) {
-    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::RightButton, QPointF(20, 15), kKind, false));
-    EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::red));
-    EXPECT_TRUE(Down(QPointF(20, 15)));
-    EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::blue));
-    EXPECT_TRUE(Button().LeaveDetectorEnabled());
-}
-
-TEST_F(SkinMouseTest, AnEntityWithOnlyANormalPictureIsNotHit) {
+TEST_F(SkinMouseTest, WithoutStatePicturesOnlyAPressedCaptionMakesAHit) {
     frmSkinEntity& entity = Button();
     entity.imgMM = SkinPicture();
     entity.imgMD = SkinPicture();
     EXPECT_FALSE(Down(QPointF(20, 15)));
-    EXPECT_FALSE(entity.LeaveDetectorEnabled());
-}
-
-TEST_F(SkinMouseTest, APressedCaptionAloneMakesAHit) {
-    frmSkinEntity& entity = Button();
-    entity.imgMM = SkinPicture();
-    entity.imgMD = SkinPicture();
     entity.lblMM.Caption = QStringLiteral("Go");
     entity.lblMD.Caption = QStringLiteral("Go");
     const QSizeF extent = entity.lblMM.Extent();

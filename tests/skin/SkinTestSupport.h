@@ -14,8 +14,7 @@
 
 #include <QColor>
 #include <QImage>
-#include <QList>
-#include <QPair>
+#include <QMap>
 #include <QStringList>
 
 #include <memory>
@@ -30,39 +29,21 @@ public:
     QPointF cursor{-1000, -1000};
 };
 
-// The main window's tree image list, as a list of keyed pictures.
+// The main window's tree image list, as keyed pictures with the order of changes.
 class FakeImageList final : public SkinImageListTarget {
 public:
-    bool HasImage(const QString& key) const override { return Find(key) >= 0; }
+    bool HasImage(const QString& key) const override { return images.contains(key); }
     void RemoveImage(const QString& key) override {
         removed.append(key);
-        const int at = Find(key);
-        if (at >= 0) {
-            images.removeAt(at);
-        }
+        images.remove(key);
     }
     void AddImage(const QString& key, const SkinPicture& picture) override {
         added.append(key);
-        const int at = Find(key);
-        if (at >= 0) {
-            images[at].second = picture;
-        } else {
-            images.append({key, picture});
-        }
+        images.insert(key, picture);
     }
-    int Find(const QString& key) const {
-        for (int i = 0; i < images.size(); ++i) {
-            if (images.at(i).first == key) {
-                return i;
-            }
-        }
-        return -1;
-    }
-    SkinPicture Picture(const QString& key) const {
-        return Find(key) < 0 ? SkinPicture() : images.at(Find(key)).second;
-    }
+    SkinPicture Picture(const QString& key) const { return images.value(key); }
 
-    QList<QPair<QString, SkinPicture>> images;
+    QMap<QString, SkinPicture> images;
     QStringList added;
     QStringList removed;
 };

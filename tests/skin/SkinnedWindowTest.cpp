@@ -11,38 +11,28 @@ namespace {
 
 constexpr Qt::Edges kMove;
 
-struct Zone {
-    double x;
-    double y;
-    Qt::Edges edges;
-};
-
-class SkinnedWindowZoneTest : public ::testing::TestWithParam<Zone> {};
-
-TEST_P(SkinnedWindowZoneTest, GrabSizeFourFromEachEdge) {
-    const Zone& z = GetParam();
-    EXPECT_EQ(SkinnedWindow::EdgeZone(QPointF(z.x, z.y), QSizeF(100, 80)), z.edges) << z.x << "," << z.y;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Points, SkinnedWindowZoneTest,
-    ::testing::Values(Zone{0, 0, Qt::LeftEdge | Qt::TopEdge}, Zone{4, 4, Qt::LeftEdge | Qt::TopEdge},
-                      Zone{4, 76, Qt::LeftEdge | Qt::BottomEdge}, Zone{2, 40, Qt::LeftEdge},
-                      Zone{96, 4, Qt::TopEdge | Qt::RightEdge}, Zone{50, 0, Qt::TopEdge},
-                      Zone{50, 4, Qt::TopEdge}, Zone{96, 76, Qt::RightEdge | Qt::BottomEdge},
-                      Zone{99, 40, Qt::RightEdge}, Zone{50, 79, Qt::BottomEdge}, Zone{5, 5, kMove},
-                      Zone{95, 75, kMove}, Zone{50, 40, kMove}, Zone{4.5, 40, kMove}));
-
-TEST(SkinnedWindowCursorTest, SizingArrowsFollowTheZone) {
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::LeftEdge | Qt::TopEdge), Qt::SizeFDiagCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::RightEdge | Qt::BottomEdge), Qt::SizeFDiagCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::RightEdge | Qt::TopEdge), Qt::SizeBDiagCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::LeftEdge | Qt::BottomEdge), Qt::SizeBDiagCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::TopEdge), Qt::SizeVerCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::BottomEdge), Qt::SizeVerCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::LeftEdge), Qt::SizeHorCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(Qt::RightEdge), Qt::SizeHorCursor);
-    EXPECT_EQ(SkinnedWindow::ZoneCursor(kMove), Qt::ArrowCursor);
+// The grab size is four pixels from each edge; the pointer shows the matching sizing arrow.
+TEST(SkinnedWindowZoneTest, GrabSizeFourFromEachEdge) {
+    const Qt::Edges tl = Qt::LeftEdge | Qt::TopEdge, br = Qt::RightEdge | Qt::BottomEdge;
+    const Qt::Edges tr = Qt::RightEdge | Qt::TopEdge, bl = Qt::LeftEdge | Qt::BottomEdge;
+    const std::tuple<QPointF, Qt::Edges, Qt::CursorShape> zones[] = {
+        {{0, 0}, tl, Qt::SizeFDiagCursor},
+        {{4, 4}, tl, Qt::SizeFDiagCursor},
+        {{4, 76}, bl, Qt::SizeBDiagCursor},
+        {{2, 40}, Qt::LeftEdge, Qt::SizeHorCursor},
+        {{96, 4}, tr, Qt::SizeBDiagCursor},
+        {{50, 0}, Qt::TopEdge, Qt::SizeVerCursor},
+        {{50, 4}, Qt::TopEdge, Qt::SizeVerCursor},
+        {{96, 76}, br, Qt::SizeFDiagCursor},
+        {{99, 40}, Qt::RightEdge, Qt::SizeHorCursor},
+        {{50, 79}, Qt::BottomEdge, Qt::SizeVerCursor},
+        {{5, 5}, kMove, Qt::ArrowCursor},
+        {{95, 75}, kMove, Qt::ArrowCursor},
+        {{4.5, 40}, kMove, Qt::ArrowCursor}};
+    for (const auto& [at, edges, cursor] : zones) {
+        EXPECT_EQ(SkinnedWindow::EdgeZone(at, QSizeF(100, 80)), edges) << at.x() << "," << at.y();
+        EXPECT_EQ(SkinnedWindow::ZoneCursor(edges), cursor) << at.x() << "," << at.y();
+    }
 }
 
 // A skinned window that records what it is asked to do.
@@ -117,16 +107,11 @@ TEST_F(SkinnedWindowTest, WithTheNativeFrameTheSkinNeitherMovesNorResizes) {
     EXPECT_EQ(window.drags.size(), 1);
 }
 
-TEST_F(SkinnedWindowTest, ThePointerShowsTheSizingArrows) {
-    window.Move(QPointF(1, 50));
-    EXPECT_EQ(window.picSkin()->cursor().shape(), Qt::SizeHorCursor);
+TEST_F(SkinnedWindowTest, ThePointerShowsTheSizingArrowsAndHoverIsHandedToTheSkin) {
     window.Move(QPointF(158, 98));
     EXPECT_EQ(window.picSkin()->cursor().shape(), Qt::SizeFDiagCursor);
     window.Move(QPointF(80, 50));
     EXPECT_FALSE(window.picSkin()->testAttribute(Qt::WA_SetCursor));
-}
-
-TEST_F(SkinnedWindowTest, HoverIsHandedToTheSkin) {
     WritePicture(QStringLiteral("Win"), QStringLiteral("h.png"), QSize(16, 16), Qt::green);
     Load(QStringLiteral("Win"),
          QStringLiteral("defineframe channel\nframecolor &hFFFFFF\n"

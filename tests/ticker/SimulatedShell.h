@@ -74,12 +74,8 @@ public:
     void ShowMessage(const QString& title, const QString& text) override { messages << title + u'|' + text; }
 
     // "left,top widthxheight"
-    static QString Text(const QRect& rect) {
-        return QStringLiteral("%1,%2 %3x%4")
-            .arg(rect.left())
-            .arg(rect.top())
-            .arg(rect.width())
-            .arg(rect.height());
+    static QString Text(const QRect& r) {
+        return QString::asprintf("%d,%d %dx%d", r.left(), r.top(), r.width(), r.height());
     }
 
     QStringList log;

@@ -3,8 +3,9 @@
 // Shows the ticker over a profile with a few of today's items, beside a maximised window, to be
 // looked at on a real display: ticker_demo SKIN EDGE [EFFECT [view]]; "view" opens the first item
 // in the item view. The data live in $TAMSEL_HOME.
+#include "TickerItems.h"
+
 #include "itembank/clsItemBank.h"
-#include "itembank/modItemHandler.h"
 #include "platform/CRegSettings.h"
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
@@ -51,20 +52,15 @@ int main(int argc, char** argv) {
 
     const QString profile = QStringLiteral("Demo");
     QDir().mkpath(paths.ProfileFolder(profile));
-    const QStringList titles = {QStringLiteral("Council approves the new tram line through the old town"),
-                                QStringLiteral("Rain expected all weekend"),
-                                QStringLiteral("Library extends its opening hours")};
-    QString xml = QStringLiteral("<itembank>");
-    for (const QString& title : titles) {
-        xml += QStringLiteral("<item channel=\"http://demo.example/feed\" date=\"%1\" time=\"07:30:00\">"
-                              "<title>%2</title><description>The full story of %2, as the channel tells "
-                              "it.</description><read>false</read><flag>false</flag><delete>false</delete>"
-                              "<channeltitle>City News</channeltitle></item>")
-                   .arg(FormatItemDate(clock.Now().date()), title);
+    QList<TickerItem> items;
+    for (const char* title : {"Council approves the new tram line through the old town",
+                              "Rain expected all weekend", "Library extends its opening hours"}) {
+        const QString text = QString::fromUtf8(title);
+        items.append({text, QStringLiteral("The full story of %1, as the channel tells it.").arg(text),
+                      QStringLiteral("07:30:00"), QStringLiteral("City News"), QString()});
     }
-    xml += QStringLiteral("</itembank>");
     QFile file(paths.ProfileFolder(profile) + QStringLiteral("/items.xml"));
-    if (!file.open(QIODevice::WriteOnly) || file.write(xml.toUtf8()) < 0) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(ItemBankOf(items, clock.Now().date())) < 0) {
         return 1;
     }
     file.close();

@@ -20,7 +20,7 @@ constexpr int kWaitMs = 20000;
 template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 xcb_atom_t Atom(xcb_connection_t* connection, const char* name) {
-    Reply<xcb_intern_atom_reply_t> reply(
+    const Reply<xcb_intern_atom_reply_t> reply(
         xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, quint16(qstrlen(name)), name),
                               nullptr),
         &std::free);
@@ -29,7 +29,7 @@ xcb_atom_t Atom(xcb_connection_t* connection, const char* name) {
 
 std::vector<quint32> Property(xcb_connection_t* connection, xcb_window_t window, const char* name,
                               xcb_atom_t type) {
-    Reply<xcb_get_property_reply_t> reply(
+    const Reply<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(connection,
                                xcb_get_property(connection, 0, window, Atom(connection, name), type, 0, 64),
                                nullptr),
@@ -38,75 +38,47 @@ std::vector<quint32> Property(xcb_connection_t* connection, xcb_window_t window,
         return {};
     }
     const auto* words = static_cast<const quint32*>(xcb_get_property_value(reply.get()));
-    return std::vector<quint32>(words, words + xcb_get_property_value_length(reply.get()) / 4);
+    return {words, words + xcb_get_property_value_length(reply.get()) / 4};
 }
 
-// An X server of its own for the test, on a display number it chooses itself.
-class OwnXServer final {
-public:
-    bool Start() {
-        const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
-        if (xvfb.isEmpty()) {
-            return false;
-        }
-        m_server.start(xvfb, {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                              QStringLiteral("0"), QStringLiteral("800x600x24"), QStringLiteral("-nolisten"),
-                              QStringLiteral("tcp")});
-        while (m_server.waitForReadyRead(kWaitMs)) {
-            m_output += m_server.readAll();
-            if (m_output.contains('\n')) {
-                display = QStringLiteral(":") + QString::fromLatin1(m_output.trimmed());
-                return true;
-            }
-        }
-        return false;
-    }
-    ~OwnXServer() {
-        m_server.kill();
-        m_server.waitForFinished(kWaitMs);
-    }
-
-    QString display;
-
-private:
-    QProcess m_server;
-    QByteArray m_output;
-};
-
-struct ProbeCase {
-    int edge;
-    std::vector<quint32> strut;
-};
-
+// Docked bars on an X server of the test's own, on a display number the server chooses.
 TEST(X11StrutTest, ADockedBarReservesItsStripWithAPartialStrut) {
-    OwnXServer server;
-    if (QStandardPaths::findExecutable(QStringLiteral("Xvfb")).isEmpty()) {
+    const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
+    if (xvfb.isEmpty()) {
         GTEST_SKIP() << "Xvfb is not installed";
     }
-    ASSERT_TRUE(server.Start());
-    const ProbeCase cases[] = {
+    QProcess server;
+    server.start(xvfb, {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                        QStringLiteral("0"), QStringLiteral("800x600x24"), QStringLiteral("-nolisten"),
+                        QStringLiteral("tcp")});
+    QByteArray output;
+    while (!output.contains('\n') && server.waitForReadyRead(kWaitMs)) {
+        output += server.readAll();
+    }
+    ASSERT_TRUE(output.contains('\n'));
+    const QString display = QStringLiteral(":") + QString::fromLatin1(output.trimmed());
+    xcb_connection_t* connection = xcb_connect(display.toLatin1().constData(), nullptr);
+    ASSERT_EQ(xcb_connection_has_error(connection), 0);
+    const std::pair<int, std::vector<quint32>> cases[] = {
         {1, {0, 0, 20, 0, 0, 0, 0, 0, 0, 799, 0, 0}},
         {3, {0, 0, 0, 20, 0, 0, 0, 0, 0, 0, 0, 799}},
         {0, {20, 0, 0, 0, 0, 599, 0, 0, 0, 0, 0, 0}},
     };
-    const QByteArray display = server.display.toLatin1();
-    xcb_connection_t* connection = xcb_connect(display.constData(), nullptr);
-    ASSERT_EQ(xcb_connection_has_error(connection), 0);
-    for (const ProbeCase& c : cases) {
-        SCOPED_TRACE(c.edge);
+    for (const auto& [edge, strut] : cases) {
+        SCOPED_TRACE(edge);
         QProcess probe;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DISPLAY"), server.display);
+        environment.insert(QStringLiteral("DISPLAY"), display);
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.remove(QStringLiteral("QT_SCALE_FACTOR"));
         probe.setProcessEnvironment(environment);
-        probe.start(QStringLiteral(TAMSEL_STRUT_PROBE), {QString::number(c.edge)});
+        probe.start(QStringLiteral(TAMSEL_STRUT_PROBE), {QString::number(edge)});
         ASSERT_TRUE(probe.waitForReadyRead(kWaitMs)) << probe.readAllStandardError().toStdString();
-        const xcb_window_t window = xcb_window_t(probe.readLine().trimmed().toULongLong());
+        const auto window = xcb_window_t(probe.readLine().trimmed().toULongLong());
         ASSERT_NE(window, 0u);
-        EXPECT_EQ(Property(connection, window, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL), c.strut);
+        EXPECT_EQ(Property(connection, window, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL), strut);
         EXPECT_EQ(Property(connection, window, "_NET_WM_STRUT", XCB_ATOM_CARDINAL),
-                  std::vector<quint32>(c.strut.begin(), c.strut.begin() + 4));
+                  std::vector<quint32>(strut.begin(), strut.begin() + 4));
         EXPECT_EQ(Property(connection, window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM),
                   std::vector<quint32>({Atom(connection, "_NET_WM_WINDOW_TYPE_DOCK")}));
         probe.closeWriteChannel();
@@ -114,6 +86,8 @@ TEST(X11StrutTest, ADockedBarReservesItsStripWithAPartialStrut) {
         EXPECT_EQ(probe.exitCode(), 0);
     }
     xcb_disconnect(connection);
+    server.kill();
+    server.waitForFinished(kWaitMs);
 }
 
 } // namespace

@@ -47,35 +47,23 @@ RSSChannel& ViewerFixture::Channel() {
     return *profile.GetChannel(kFeedUrl);
 }
 
-void ViewerFixture::AddItems(int count, const QString& url) {
+void ViewerFixture::AddItems(int count) {
     for (int i = 0; i < count; ++i) {
         AddItem(QStringLiteral("Item ") + QString::number(i), QString(),
-                QStringLiteral("Text ") + QString::number(i), url);
+                QStringLiteral("Text ") + QString::number(i));
     }
 }
 
-void ViewerFixture::AddItem(const QString& title, const QString& link, const QString& description,
-                            const QString& url, const QString& guid) {
-    XmlDocument doc;
-    XmlNode item = doc.CreateElement(QStringLiteral("item"));
-    doc.SetDocumentElement(item);
-    item.SetAttribute(QStringLiteral("channel"), url);
-    item.SetAttribute(QStringLiteral("date"), FormatItemDate(clock.Now().date()));
-    item.SetAttribute(QStringLiteral("time"), QStringLiteral("10:00:00"));
-    item.AppendChild(doc.CreateTextElement(QStringLiteral("title"), title));
-    if (!link.isEmpty()) {
-        item.AppendChild(doc.CreateTextElement(QStringLiteral("link"), link));
-    }
-    item.AppendChild(doc.CreateTextElement(QStringLiteral("description"), description));
-    item.AppendChild(doc.CreateTextElement(
-        QStringLiteral("guid"), guid.isEmpty() ? QStringLiteral("g") + QString::number(++m_guid) : guid));
-    item.AppendChild(doc.CreateTextElement(QStringLiteral("read"), QStringLiteral("false")));
-    item.AppendChild(doc.CreateTextElement(QStringLiteral("flag"), QStringLiteral("false")));
-    item.AppendChild(doc.CreateTextElement(QStringLiteral("delete"), QStringLiteral("false")));
-    const RSSChannel* channel = profile.GetChannel(url);
-    item.AppendChild(doc.CreateTextElement(QStringLiteral("channeltitle"),
-                                           channel ? channel->Title() : QStringLiteral("Other")));
-    ASSERT_TRUE(profile.AddItem(item)) << title.toStdString();
+void ViewerFixture::AddItem(const QString& title, const QString& link, const QString& description) {
+    const QString xml =
+        QStringLiteral(
+            "<item channel=\"%1\" date=\"%2\" time=\"10:00:00\"><title>%3</title>%4<description>%5"
+            "</description><guid>g%6</guid><read>false</read><flag>false</flag><delete>false</delete>"
+            "<channeltitle>%7</channeltitle></item>")
+            .arg(kFeedUrl, FormatItemDate(clock.Now().date()), title.toHtmlEscaped(),
+                 link.isEmpty() ? QString() : QStringLiteral("<link>%1</link>").arg(link.toHtmlEscaped()),
+                 description.toHtmlEscaped(), QString::number(++m_guid), kFeedTitle);
+    ASSERT_TRUE(profile.AddItem(XmlDocument::Parse(xml.toUtf8()).DocumentElement())) << title.toStdString();
 }
 
 frmViewer& ViewerFixture::Open(const QString& key) {

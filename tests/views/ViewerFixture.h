@@ -70,11 +70,10 @@ protected:
     // The test's channel, in the profile, titled kFeedTitle.
     RSSChannel& Channel();
     // Stores `count` items of the test channel: "Item 0" first (oldest) to "Item count-1".
-    void AddItems(int count, const QString& url = kFeedUrl);
-    // Stores one item with the given title, link and description; returns nothing.
+    void AddItems(int count);
+    // Stores one item of the test channel.
     void AddItem(const QString& title, const QString& link = QString(),
-                 const QString& description = QString(), const QString& url = kFeedUrl,
-                 const QString& guid = QString());
+                 const QString& description = QString());
     // Opens the channel's (or folder's) viewer as the tree does.
     frmViewer& Open(const QString& key = kFeedUrl);
     // Runs the preview animation until it stops.
