@@ -7,6 +7,7 @@
 //
 // Usage: main_window_benchmark [items]
 // Prints one line per figure: name value unit.
+#include "BenchFiles.h"
 #include "BenchReport.h"
 #include "app/Runtime.h"
 #include "app/SharedHelpers.h"
@@ -46,19 +47,6 @@ public:
     void ShowMessage(const QString&) override {}
     QPointF CursorOn(const SkinSurface&) const override { return {-1000, -1000}; }
 };
-
-QByteArray ChannelUrl(int channel) {
-    return "http://feeds.example/channel-" + QByteArray::number(channel) + "/rss";
-}
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
-        std::exit(1);
-    }
-}
 
 void WriteProfile(const Paths& paths, int items) {
     WriteFile(

@@ -7,6 +7,7 @@
 //
 // Usage: cli_benchmark [items]
 // Prints one line per figure: name value unit.
+#include "BenchFiles.h"
 #include "BenchReport.h"
 #include "cli/CliArguments.h"
 #include "cli/CliCommands.h"
@@ -39,19 +40,6 @@ constexpr int kProcessRuns = 3;
 constexpr unsigned kSeed = 20261116u;
 constexpr double kBytesPerMb = 1024.0 * 1024.0;
 const QString kProfile = QStringLiteral("Bench");
-
-QByteArray ChannelUrl(int channel) {
-    return "http://feeds.example/channel-" + QByteArray::number(channel) + "/rss";
-}
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
-        std::exit(1);
-    }
-}
 
 // The profile's files: profiles.xml, channels.xml and an items.xml of `items` items.
 qint64 WriteProfile(const Paths& paths, int items) {

@@ -5,8 +5,10 @@
 #include "app/WindowPlacement.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
+#include <algorithm>
 
 namespace {
 
@@ -30,7 +32,8 @@ void DragWindow(QWidget* window) {
 }
 
 void DragWindowEdge(QWidget* window, Qt::MouseButton button, Qt::Edges edges) {
-    if (window && button == Qt::LeftButton && StateOf(window) == WindowPlacement::Normal && window->windowHandle()) {
+    if (window && button == Qt::LeftButton && StateOf(window) == WindowPlacement::Normal &&
+        window->windowHandle()) {
         window->windowHandle()->startSystemResize(edges);
     }
 }
@@ -89,4 +92,16 @@ void RestoreWindowPlacement(CRegSettings& settings, QWidget* window, const QStri
         window->setGeometry(placement->geometry);
         break;
     }
+}
+
+void PlaceCentredOver(QWidget* window, const QWidget* over) {
+    QRect placed(QPoint(), window->size());
+    placed.moveCenter(over->geometry().center());
+    if (const QScreen* screen = over->screen()) {
+        const QRect area = screen->availableGeometry();
+        placed.moveRight(std::min(placed.right(), area.right()));
+        placed.moveLeft(std::max(placed.left(), area.left()));
+        placed.moveTop(std::max(placed.top(), area.top()));
+    }
+    window->move(placed.topLeft());
 }

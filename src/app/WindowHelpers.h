@@ -19,6 +19,8 @@ void SetTopMost(QWidget* window, bool onTop);
 // Hourglass pointer and no input while the program works on the window's behalf.
 void BeginBusy(QWidget* window);
 void EndBusy(QWidget* window);
+// Centres the window over `over`, moved as little as needed to stand whole on that screen's work area.
+void PlaceCentredOver(QWidget* window, const QWidget* over);
 // Whether `window` is one of the program's open top-level windows.
 bool IsFormLoaded(const QWidget* window);
 // The window's placement under `section` (its title when empty), in twips.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmAbout.h"
 
+#include "app/WindowHelpers.h"
 #include "platform/Desktop.h"
 #include "skin/SkinColor.h"
 #include "skin/SkinSurface.h"
@@ -85,16 +86,7 @@ frmAbout::frmAbout(frmTamselSkin& skin, Desktop& desktop, QString homePage, QWid
     tmrCredits->start();
     resize(kWidth, kHeight);
     if (parent && parent->isVisible()) {
-        // Centred over the main window, but whole on its screen.
-        QRect placed(QPoint(), size());
-        placed.moveCenter(parent->geometry().center());
-        if (const QScreen* screen = parent->screen()) {
-            const QRect area = screen->availableGeometry();
-            placed.moveRight(std::min(placed.right(), area.right()));
-            placed.moveLeft(std::max(placed.left(), area.left()));
-            placed.moveTop(std::max(placed.top(), area.top()));
-        }
-        move(placed.topLeft());
+        PlaceCentredOver(this, parent);
     }
     cmdOk->setFocus();
 }

@@ -3,6 +3,7 @@
 #include "app/frmUser.h"
 
 #include "app/SharedHelpers.h"
+#include "app/WindowHelpers.h"
 #include "app/clsProfile.h"
 #include "app/colProfiles.h"
 #include "app/frmMain.h"
@@ -48,14 +49,7 @@ frmUser::frmUser(frmTamselSkin& skin, frmMain& main)
     connect(cmdCancel, &QPushButton::clicked, this, &QWidget::close);
     connect(txtUsername, &QLineEdit::returnPressed, this, &frmUser::cmdCreate_Click);
     resize(kWidth, kHeight);
-    QRect placed(QPoint(), size());
-    placed.moveCenter(main.geometry().center());
-    if (const QScreen* screen = main.screen()) {
-        const QRect area = screen->availableGeometry();
-        placed.moveRight(std::min(placed.right(), area.right()));
-        placed.moveLeft(std::max(placed.left(), area.left()));
-    }
-    move(placed.topLeft());
+    PlaceCentredOver(this, &main);
     txtUsername->setFocus();
 }
 
