@@ -71,6 +71,11 @@ TEST(X11StrutTest, ADockedBarReservesItsStripWithAPartialStrut) {
         environment.insert(QStringLiteral("DISPLAY"), display);
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.remove(QStringLiteral("QT_SCALE_FACTOR"));
+        // On a real display the desktop bus library keeps one allocation to the end, which the
+        // leak checker of the sanitizer build would turn into a failed exit; this probe is about
+        // window properties.
+        environment.insert(QStringLiteral("ASAN_OPTIONS"),
+                           environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":detect_leaks=0"));
         probe.setProcessEnvironment(environment);
         probe.start(QStringLiteral(TAMSEL_STRUT_PROBE), {QString::number(edge)});
         ASSERT_TRUE(probe.waitForReadyRead(kWaitMs)) << probe.readAllStandardError().toStdString();
