@@ -29,15 +29,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTreeWidget>
-#include <random>
 
 namespace {
 
 constexpr int kDefaultItems = 100000;
 constexpr int kChannels = 300;
 constexpr int kGroups = 10;
-constexpr int kDays = 60;
-constexpr int kDescriptionWords = 120;
 constexpr int kLoadLimitMs = 600000;
 constexpr unsigned kSeed = 20261123u;
 const QString kProfile = QStringLiteral("Bench");
@@ -71,32 +68,8 @@ void WriteProfile(const Paths& paths, int items) {
               channels + "</tamselchannels>");
     WriteFile(paths.ProfileFolder(kProfile) + QStringLiteral("/groups.xml"), groups + "</groups>");
 
-    std::mt19937 random(kSeed);
-    const char* words[] = {"storm", "market", "river",  "council", "vote",  "harbour", "team",  "season",
-                           "plan",  "report", "bridge", "school",  "price", "winter",  "night", "road"};
-    const auto word = [&random, &words] { return words[random() % std::size(words)]; };
-    const QDate today = QDate::currentDate();
-    QByteArray bank = "<itembank>";
-    bank.reserve(qsizetype(items) * 1100);
-    for (int index = 0; index < items; ++index) {
-        const int channel = int(random() % kChannels);
-        const QDate date = today.addDays(-(kDays - 1) + qint64(index) * kDays / items);
-        QByteArray description;
-        for (int n = 0; n < kDescriptionWords; ++n) {
-            description += word();
-            description += ' ';
-        }
-        const QByteArray number = QByteArray::number(index);
-        bank += "<item channel=\"" + ChannelUrl(channel) + "\" date=\"" + FormatItemDate(date).toUtf8() +
-                "\" time=\"12:00:00\"><title>Item " + number + ' ' + word() +
-                "</title><link>http://feeds.example/story/" + number + "</link><description>" + description +
-                "</description><guid>urn:bench:" + number + "</guid><read>" +
-                (random() % 2 == 0 ? "true" : "false") +
-                "</read><flag>false</flag><delete>false</delete>"
-                "<channeltitle>Channel " +
-                QByteArray::number(channel) + " News</channeltitle></item>";
-    }
-    WriteFile(paths.ProfileFolder(kProfile) + QStringLiteral("/items.xml"), bank + "</itembank>\n");
+    const QByteArray bank = BenchItemBank(items, kChannels, kSeed);
+    WriteFile(paths.ProfileFolder(kProfile) + QStringLiteral("/items.xml"), bank);
 }
 
 bool Serve(const std::function<bool()>& done) {

@@ -26,15 +26,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <random>
 #include <vector>
 
 namespace {
 
 constexpr int kDefaultItems = 100000;
 constexpr int kChannels = 300;
-constexpr int kDays = 60;
-constexpr int kDescriptionWords = 120;
 constexpr int kRuns = 5;
 constexpr int kProcessRuns = 3;
 constexpr unsigned kSeed = 20261116u;
@@ -56,32 +53,7 @@ qint64 WriteProfile(const Paths& paths, int items) {
     WriteFile(paths.ProfileFolder(kProfile) + QStringLiteral("/channels.xml"),
               channels + "</tamselchannels>");
 
-    std::mt19937 random(kSeed);
-    const char* words[] = {"storm", "market", "river",  "council", "vote",  "harbour", "team",  "season",
-                           "plan",  "report", "bridge", "school",  "price", "winter",  "night", "road"};
-    const auto word = [&random, &words] { return words[random() % std::size(words)]; };
-    const QDate today = QDate::currentDate();
-    QByteArray bank = "<itembank>";
-    bank.reserve(qsizetype(items) * 1100);
-    for (int index = 0; index < items; ++index) {
-        const int channel = int(random() % kChannels);
-        const QDate date = today.addDays(-(kDays - 1) + qint64(index) * kDays / items);
-        QByteArray description;
-        for (int n = 0; n < kDescriptionWords; ++n) {
-            description += word();
-            description += ' ';
-        }
-        const QByteArray number = QByteArray::number(index);
-        bank += "<item channel=\"" + ChannelUrl(channel) + "\" date=\"" + FormatItemDate(date).toUtf8() +
-                "\" time=\"12:00:00\"><title>Item " + number + ' ' + word() + ' ' + word() +
-                "</title><link>http://feeds.example/story/" + number + "</link><description>" + description +
-                "</description><guid>urn:bench:" + number + "</guid><read>" +
-                (random() % 2 == 0 ? "true" : "false") + "</read><flag>" +
-                (random() % 50 == 0 ? "true" : "false") + "</flag><delete>" +
-                (random() % 50 == 0 ? "true" : "false") + "</delete><channeltitle>Channel " +
-                QByteArray::number(channel) + " News</channeltitle></item>";
-    }
-    bank += "</itembank>\n";
+    const QByteArray bank = BenchItemBank(items, kChannels, kSeed);
     WriteFile(paths.ProfileFolder(kProfile) + QStringLiteral("/items.xml"), bank);
     return bank.size();
 }
