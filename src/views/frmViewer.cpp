@@ -9,6 +9,7 @@
 #include "itembank/modItemHandler.h"
 #include "platform/Desktop.h"
 #include "skin/SkinColor.h"
+#include "skin/SkinPalette.h"
 #include "skin/frmTamselSkin.h"
 #include "views/GuardedBrowser.h"
 #include "views/ImageLoader.h"
@@ -747,26 +748,7 @@ void frmViewer::LayoutControls() {
 
 void frmViewer::ApplySkin() {
     const frmTamselSkin& skin = m_services.skin;
-    const QColor frame = SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindChannel));
-    const QColor base = SkinColor::ToQColor(skin.GridColorEven());
-    const QColor alternate = SkinColor::ToQColor(skin.GridColorOdd());
-    const QColor text = SkinColor::ToQColor(skin.GetFontColor(skin.GridFont()));
-    const bool dark = base.lightness() < 128;
-    QPalette palette = this->palette();
-    palette.setColor(QPalette::Window, frame);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::AlternateBase, alternate);
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::ButtonText, text);
-    palette.setColor(QPalette::Button, dark ? alternate.lighter(130) : alternate);
-    palette.setColor(QPalette::PlaceholderText, dark ? text.darker(150) : text.lighter(150));
-    palette.setColor(QPalette::Highlight, dark ? alternate.lighter(180) : QColor(0xCC, 0xE0, 0xF5));
-    palette.setColor(QPalette::HighlightedText, text);
-    palette.setColor(QPalette::Light, dark ? alternate.lighter(160) : QColor(Qt::white));
-    palette.setColor(QPalette::Mid, dark ? alternate.lighter(140) : alternate.darker(115));
-    palette.setColor(QPalette::Dark, dark ? frame.darker(120) : alternate.darker(140));
-    palette.setColor(QPalette::Shadow, frame.darker(150));
+    const QPalette palette = SkinPalette(this->palette(), skin, frmTamselSkin::KindChannel);
     setPalette(palette);
     for (QWidget* control : {static_cast<QWidget*>(m_cboSort), static_cast<QWidget*>(m_txtSearch),
                              static_cast<QWidget*>(m_flexItems), static_cast<QWidget*>(m_webView),
