@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The channel record: its channels.xml element (exact bytes, lenient reading), its items in the
-// bank, its tree caption and icon, its viewer window and its logo.
+// bank, its tree icon, its viewer window and its logo.
 #include "FeedsFixture.h"
 
 #include "app/SharedHelpers.h"
@@ -69,19 +69,6 @@ TEST_F(ChannelRecordTest, RecordsAreReadLenientlyAndWrittenInTheFixedOrder) {
         EXPECT_EQ(written, expected.readAll());
         EXPECT_EQ(ElementBytes(*Loaded(written)), written);
     }
-}
-
-TEST_F(ChannelRecordTest, TitleAndCountShowsUrlWhenUntitled) {
-    Activate();
-    RSSChannel channel(ChannelServices());
-    channel.LoadChannel(
-        XmlDocument::Parse("<channel><url>http://example.org/x.xml</url></channel>").DocumentElement());
-    EXPECT_EQ(channel.TitleAndCount(), u"http://example.org/x.xml  (0)"_s);
-
-    StoreItems(u"http://example.org/x.xml"_s, 12);
-    channel.SetTitle(u"Example"_s);
-    channel.LoadChannelSet();
-    EXPECT_EQ(channel.TitleAndCount(), u"Example  (12)"_s);
 }
 
 TEST_F(ChannelRecordTest, DeleteFlagAndMarkReadActOnTheBank) {
@@ -207,22 +194,6 @@ TEST_F(ChannelRecordTest, UnsizedViewerIsNotMovedAndARestoredOneGetsTheDefaultPa
     EXPECT_TRUE(host.ViewerOf(*restored)->Visible());
 }
 
-TEST_F(ChannelRecordTest, UnsafeIdNeverNamesAFileOutsideTheFolder) {
-    Activate();
-    ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
-    home.Write(u"outside.xml"_s, ExampleFeed());
-    home.Write(u"outside.jpg"_s, "picture");
-    home.Write(u"outside_tmp.html"_s, "<html/>");
-    auto channel = Loaded("<channel><url>http://example.org/x.xml</url><id>../../outside</id></channel>");
-    channel->LoadLocal(ProfileFolder());
-    EXPECT_FALSE(channel->LocalLoad());
-    EXPECT_TRUE(http.Requests().isEmpty());
-    channel->KillMe();
-    channel.reset();
-    EXPECT_TRUE(QFile::exists(home.File(u"outside.jpg"_s)));
-    EXPECT_TRUE(QFile::exists(home.File(u"outside_tmp.html"_s)));
-}
-
 // The logo comes only from channels.xml and is downloaded once into the profile folder.
 class ChannelImageTest : public ChannelRecordTest {
 protected:
@@ -239,7 +210,7 @@ protected:
     QString PicturePath() const { return ProfileFolder() + u"D4.jpg"_s; }
 };
 
-TEST_F(ChannelImageTest, DownloadedOnceThenReused) {
+TEST_F(ChannelImageTest, DownloadedOnceThenReusedAndAFailureWritesNothing) {
     FakeHttpClient::Answer answer;
     answer.body = QByteArray("\x89PNG picture bytes", 18);
     http.AnswerAlways(kLogo, "GET", answer);
@@ -247,43 +218,45 @@ TEST_F(ChannelImageTest, DownloadedOnceThenReused) {
     EXPECT_EQ(channel->GetRSSImage(), PicturePath());
     EXPECT_EQ(home.Read(u"profiles/Tester/D4.jpg"_s), answer.body);
     EXPECT_EQ(channel->GetRSSImage(), PicturePath());
+    // A later start finds the file.
+    EXPECT_EQ(WithLogo(kLogo)->GetRSSImage(), PicturePath());
     EXPECT_EQ(http.Requests(), QStringList{u"GET "_s + kLogo});
 
-    // A later start finds the file.
-    auto restarted = WithLogo(kLogo);
-    EXPECT_EQ(restarted->GetRSSImage(), PicturePath());
-    EXPECT_EQ(http.Requests().size(), 1);
-}
-
-TEST_F(ChannelImageTest, FailedDownloadWritesNothing) {
+    ASSERT_TRUE(QFile::remove(PicturePath()));
     FakeHttpClient::Answer failure;
     failure.error = true;
     http.AnswerAlways(kLogo, "GET", failure);
-    auto channel = WithLogo(kLogo);
-    EXPECT_TRUE(channel->GetRSSImage().isEmpty());
+    EXPECT_TRUE(WithLogo(kLogo)->GetRSSImage().isEmpty());
     EXPECT_FALSE(QFile::exists(PicturePath()));
 }
 
-TEST_F(ChannelImageTest, OnlyWebAddressesAreFetched) {
+// Only web addresses are fetched, and an id that leaves the profile folder names no file: no logo
+// is written, no cached feed read and nothing deleted outside it.
+TEST_F(ChannelImageTest, HostileAddressesAndIdsTouchNothing) {
     home.Write(u"secret.txt"_s, "secret");
     for (const QString& address : {QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toString(),
                                    u"tamsel://site/tamsel/news.xml"_s, u"ftp://example.org/logo.png"_s}) {
-        auto channel = WithLogo(address);
-        EXPECT_TRUE(channel->GetRSSImage().isEmpty()) << address.toStdString();
+        EXPECT_TRUE(WithLogo(address)->GetRSSImage().isEmpty()) << address.toStdString();
         EXPECT_FALSE(QFile::exists(PicturePath()));
     }
-    EXPECT_TRUE(http.Requests().isEmpty());
-}
 
-TEST_F(ChannelImageTest, UnsafeIdNamesNoFile) {
+    Activate();
+    ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
     http.AnswerAlways(kLogo, "GET", FakeHttpClient::Answer{"bytes", {}, false});
-    auto channel =
-        Loaded(QStringLiteral("<channel><url>%1</url><id>../../outside</id><image><url>%2</url></image>"
-                              "</channel>")
-                   .arg(kFeedUrl, kLogo)
-                   .toUtf8());
+    home.Write(u"outside.xml"_s, ExampleFeed());
+    home.Write(u"outside.jpg"_s, "picture");
+    home.Write(u"outside_tmp.html"_s, "<html/>");
+    auto channel = Loaded(QStringLiteral("<channel><url>%1</url><id>../../outside</id><image><url>%2</url>"
+                                         "</image></channel>")
+                              .arg(kFeedUrl, kLogo)
+                              .toUtf8());
     channel->LoadLocal(ProfileFolder());
+    EXPECT_FALSE(channel->LocalLoad());
     EXPECT_TRUE(channel->GetRSSImage().isEmpty());
+    channel->KillMe();
+    channel.reset();
+    EXPECT_TRUE(QFile::exists(home.File(u"outside.jpg"_s)));
+    EXPECT_TRUE(QFile::exists(home.File(u"outside_tmp.html"_s)));
     EXPECT_TRUE(http.Requests().isEmpty());
 }
 

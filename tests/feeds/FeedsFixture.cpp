@@ -10,11 +10,12 @@
 #include <QCoreApplication>
 #include <QEvent>
 
-FeedsFixture::FeedsFixture(bool serveSpotlight)
+FeedsFixture::FeedsFixture(bool serveSpotlight, Network kind)
     : settings(home.GetPaths()),
+      network(kind == Network::Real ? std::make_unique<NetworkHttpClient>(home.GetPaths()) : nullptr),
       namespaceTransform(XsltStylesheet::Load(home.GetPaths().ResourceFile(QStringLiteral("tamselns.xsl")))),
       site(settings), host(clock, namespaceTransform, site.HelpURL()),
-      profile(Services{clock, settings, http, desktop, home.GetPaths()}, host) {
+      profile(Services{clock, settings, Client(), desktop, home.GetPaths()}, host) {
     profile.SetName(kProfile);
     if (!serveSpotlight) {
         http.Ignore(site.SpotlightURL());
@@ -44,7 +45,7 @@ QString FeedsFixture::ProfileFolder() const {
 }
 
 FeedServices FeedsFixture::ChannelServices() {
-    return FeedServices{clock,           settings,       http,
+    return FeedServices{clock,           settings,       Client(),
                         home.GetPaths(), host,           namespaceTransform,
                         site.HelpURL(),  site.NewsURL(), [this] { return randomValue; }};
 }

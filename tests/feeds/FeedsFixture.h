@@ -8,6 +8,7 @@
 #include "app/clsProfile.h"
 #include "feeds/FeedServices.h"
 #include "platform/CRegSettings.h"
+#include "platform/HttpClient.h"
 #include "platform/XsltStylesheet.h"
 #include "support/FakeClock.h"
 #include "support/FakeHttpClient.h"
@@ -33,7 +34,10 @@ protected:
     static inline const QString kFeedUrl = QStringLiteral("http://feeds.example.org/news.xml");
     static inline const QString kModified = QStringLiteral("Tue, 15 Nov 2005 14:00:00 GMT");
 
-    explicit FeedsFixture(bool serveSpotlight = false);
+    // With `Network::Real` the profile fetches through a real network client (the integration
+    // tests serve their feeds from a local server) and `http` stays idle.
+    enum class Network { Fake, Real };
+    explicit FeedsFixture(bool serveSpotlight = false, Network kind = Network::Fake);
     ~FeedsFixture() override;
 
     // Activates the profile through the host. Without `keepMakerChannels` the maker's two feeds
@@ -52,11 +56,13 @@ protected:
     void StoreItems(const QString& url, int count);
     // Lets queued events run, and the requests that channels dropped be destroyed.
     static void Flush();
+    HttpClient& Client() { return network ? static_cast<HttpClient&>(*network) : http; }
 
     TestHome home;
     FakeClock clock;
     CRegSettings settings;
     FakeHttpClient http;
+    std::unique_ptr<NetworkHttpClient> network;
     RecordingDesktop desktop;
     XsltStylesheet namespaceTransform;
     MakerSite site;

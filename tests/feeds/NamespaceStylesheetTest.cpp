@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The namespace stylesheet (tamselns.xsl): every feed dialect comes out in the RSS 2.0 shape that
 // the channel walks. Its cases are feed files under data/ (stylesheet-*.xml, dialect-*.xml), each
-// beside the fields it must give (.expected), among them feeds in legacy and UTF-16 encodings.
-// Also the entities of RSS 0.91 documents.
+// beside the fields it must give (.expected), among them feeds in legacy and UTF-16 encodings and
+// weekdays across centuries. Also the entities of RSS 0.91 documents.
 #include "platform/Paths.h"
 #include "platform/XmlDocument.h"
 #include "platform/XmlNode.h"
@@ -11,16 +11,10 @@
 #include "platform/XsltStylesheet.h"
 #include "support/QStringPrinter.h"
 
-#include <QDate>
 #include <QDir>
 #include <QFile>
-#include <QHostAddress>
-#include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
-#include <QTcpServer>
-#include <QTemporaryDir>
-#include <QUrl>
 #include <cstdarg>
 #include <gtest/gtest.h>
 #include <libxml/tree.h>
@@ -47,10 +41,6 @@ const XsltStylesheet& Stylesheet() {
     return style;
 }
 
-QString DataPath(const QString& name) {
-    return QStringLiteral(TAMSEL_TEST_DATA_DIR) + u'/' + name;
-}
-
 QByteArray ReadFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -66,10 +56,8 @@ XmlDocument Normalise(const QByteArray& bytes) {
     QString error;
     const XmlDocument feed = ParseFeed(bytes, &error);
     EXPECT_FALSE(feed.IsNull()) << error.toStdString();
-    if (feed.IsNull()) {
-        return XmlDocument::Adopt(nullptr);
-    }
-    XmlDocument result = Stylesheet().TransformToDocument(feed, &error);
+    XmlDocument result =
+        feed.IsNull() ? XmlDocument::Adopt(nullptr) : Stylesheet().TransformToDocument(feed, &error);
     EXPECT_FALSE(result.IsNull()) << error.toStdString();
     return result;
 }
@@ -80,10 +68,6 @@ XmlNode Channel(const XmlDocument& doc) {
 
 std::vector<XmlNode> Items(const XmlDocument& doc) {
     return doc.DocumentElement().SelectNodes(u"/rss/channel/item"_s);
-}
-
-QString ItemText(XmlNode item, const QString& path) {
-    return item.SelectSingleNode(path).Text();
 }
 
 // One element as a line: name, {namespace} when it has a default one, [attributes], and "=text",
@@ -149,9 +133,8 @@ QStringList CaseFiles() {
         .entryList({u"dialect-*.xml"_s, u"stylesheet-*.xml"_s}, QDir::Files, QDir::Name);
 }
 
-QByteArray AtomFeed(const QByteArray& entries, const QByteArray& feedAttributes = {}) {
-    return "<feed xmlns=\"http://www.w3.org/2005/Atom\"" + feedAttributes + "><title>Test</title>" + entries +
-           "</feed>";
+QString DataPath(const QString& name) {
+    return QStringLiteral(TAMSEL_TEST_DATA_DIR) + u'/' + name;
 }
 
 // libxslt's messages while a scope lives; the previous handler comes back afterwards.
@@ -210,10 +193,9 @@ TEST(NamespaceStylesheetTest, EveryCaseFileGivesItsExpectedFields) {
         ASSERT_TRUE(QFile::exists(expectedPath));
         const XmlDocument doc = Normalise(ReadFile(DataPath(file)));
         ASSERT_FALSE(doc.IsNull());
-        const XmlNode root = doc.DocumentElement();
-        EXPECT_EQ(root.Name(), u"rss"_s);
-        EXPECT_EQ(root.Attribute(u"version"_s), u"2.0"_s);
-        ASSERT_EQ(root.ChildNodes().size(), 1u);
+        EXPECT_EQ(doc.DocumentElement().Name(), u"rss"_s);
+        EXPECT_EQ(doc.DocumentElement().Attribute(u"version"_s), u"2.0"_s);
+        ASSERT_EQ(doc.DocumentElement().ChildNodes().size(), 1u);
         ASSERT_FALSE(Channel(doc).IsNull());
         EXPECT_EQ(DescribeChannel(doc), ReadExpected(expectedPath));
 
@@ -231,101 +213,42 @@ TEST(NamespaceStylesheetTest, EveryCaseFileGivesItsExpectedFields) {
     }
 }
 
-TEST(NamespaceStylesheetTest, WeekdaysAgreeWithTheCalendarAcrossCenturies) {
-    QList<QDate> dates;
-    for (QDate day(1999, 1, 1); day <= QDate(2001, 12, 31); day = day.addDays(1)) {
-        dates << day;
-    }
-    for (int year = 1600; year <= 2400; ++year) {
-        dates << QDate(year, 1, 1) << QDate(year, 2, 28) << QDate(year, 3, 1) << QDate(year, 12, 31);
-        if (QDate::isLeapYear(year)) {
-            dates << QDate(year, 2, 29);
-        }
-    }
-    QByteArray entries;
-    for (const QDate& date : dates) {
-        entries +=
-            "<entry><published>" + date.toString(Qt::ISODate).toLatin1() + "T06:07:08Z</published></entry>";
-    }
-    // February 29 of the years that have none is no date at all.
-    const int noLeapYears[] = {1700, 1800, 1900, 2100, 2200, 2300, 2001, 2023};
-    for (int year : noLeapYears) {
-        entries += "<entry><published>" + QByteArray::number(year) + "-02-29</published></entry>";
-    }
-    const XmlDocument doc = Normalise(AtomFeed(entries));
-    ASSERT_FALSE(doc.IsNull());
-    const std::vector<XmlNode> items = Items(doc);
-    ASSERT_EQ(items.size(), size_t(dates.size()) + std::size(noLeapYears));
-    for (qsizetype i = 0; i < dates.size(); ++i) {
-        const QString expected = QLocale::c().toString(dates[i], u"ddd, dd MMM yyyy"_s) + u" 06:07:08 GMT"_s;
-        ASSERT_EQ(ItemText(items[size_t(i)], u"pubDate"_s), expected);
-    }
-    for (size_t i = size_t(dates.size()); i < items.size(); ++i) {
-        EXPECT_TRUE(items[i].SelectSingleNode(u"pubDate"_s).IsNull());
-    }
-}
-
 TEST(NamespaceStylesheetTest, LongTextsDoNotExhaustTheRecursion) {
     const int count = 10000;
     const QByteArray markup = QByteArray("a &lt; b &amp; c &gt; d ").repeated(count);
     const QByteArray tags = QByteArray("&lt;b&gt;x&lt;/b&gt;").repeated(count);
-    const XmlDocument doc = Normalise(AtomFeed(
-        "<entry><id>1</id><title type=\"html\">" + tags + "</title><content type=\"text\">" + markup +
-        "</content></entry><entry><id>2</id><content type=\"xhtml\"><div "
-        "xmlns=\"http://www.w3.org/1999/xhtml\"><p>" +
-        markup + "</p></div></content></entry>"));
-    ASSERT_FALSE(doc.IsNull());
-    ASSERT_EQ(Items(doc).size(), 2u);
-    const QString expected = u"a &lt; b &amp; c &gt; d "_s.repeated(count);
-    EXPECT_EQ(ItemText(Items(doc)[0], u"description"_s), expected);
-    EXPECT_EQ(ItemText(Items(doc)[1], u"description"_s), u"<p>"_s + expected + u"</p>"_s);
-    // A title is cut before its tags are taken out; what is left is only text.
-    const QString title = ItemText(Items(doc)[0], u"title"_s);
-    EXPECT_FALSE(title.isEmpty());
-    EXPECT_EQ(title, QString(title.size(), u'x'));
-
+    const QByteArray xhtml = "<content type=\"xhtml\"><div xmlns=\"http://www.w3.org/1999/xhtml\">";
     // Markup nested as deep as the parser allows, under a base of many folders, with addresses of
     // many steps; an address longer than 1000 characters stays as written.
     const int depth = 250;
     const QByteArray steps = QByteArray("../").repeated(150) + QByteArray("a/").repeated(150);
     const QByteArray tooLong = QByteArray("../").repeated(400) + "z";
-    const XmlDocument deep = Normalise(AtomFeed(
-        "<entry><id>3</id><link href=\"" + steps +
-            "x\"/><content type=\"xhtml\">"
-            "<div xmlns=\"http://www.w3.org/1999/xhtml\">" +
-            QByteArray("<span>").repeated(depth) + "<a href=\"" + steps + "y\">&amp;</a><img src=\"" +
-            tooLong + "\"/>" + QByteArray("</span>").repeated(depth) + "</div></content></entry>",
-        " xml:base=\"http://b.example/" + QByteArray("d/").repeated(400) + "\""));
-    ASSERT_EQ(Items(deep).size(), 1u);
-    const QString folders = u"d/"_s.repeated(250) + u"a/"_s.repeated(150);
-    EXPECT_EQ(ItemText(Items(deep)[0], u"link"_s), u"http://b.example/"_s + folders + u'x');
-    EXPECT_EQ(ItemText(Items(deep)[0], u"description"_s),
-              u"<span>"_s.repeated(depth) + u"<a href=\"http://b.example/"_s + folders +
-                  u"y\">&amp;</a><img src=\""_s + QString::fromLatin1(tooLong) + u"\" />"_s +
-                  u"</span>"_s.repeated(depth));
+    const XmlDocument doc = Normalise(
+        "<feed xmlns=\"http://www.w3.org/2005/Atom\" xml:base=\"http://b.example/" +
+        QByteArray("d/").repeated(400) + "\"><title>Test</title><entry><id>1</id><title type=\"html\">" +
+        tags + "</title><content type=\"text\">" + markup + "</content></entry><entry><id>2</id>" + xhtml +
+        "<p>" + markup + "</p></div></content></entry><entry><id>3</id><link href=\"" + steps + "x\"/>" +
+        xhtml + QByteArray("<span>").repeated(depth) + "<a href=\"" + steps + "y\">&amp;</a><img src=\"" +
+        tooLong + "\"/>" + QByteArray("</span>").repeated(depth) + "</div></content></entry></feed>");
+    ASSERT_EQ(Items(doc).size(), 3u);
+    const QString expected = u"a &lt; b &amp; c &gt; d "_s.repeated(count);
+    EXPECT_EQ(Items(doc)[0].SelectSingleNode(u"description"_s).Text(), expected);
+    EXPECT_EQ(Items(doc)[1].SelectSingleNode(u"description"_s).Text(), u"<p>"_s + expected + u"</p>"_s);
+    // A title is cut before its tags are taken out; what is left is only text.
+    const QString title = Items(doc)[0].SelectSingleNode(u"title"_s).Text();
+    EXPECT_FALSE(title.isEmpty());
+    EXPECT_EQ(title, QString(title.size(), u'x'));
+    const QString folders = u"http://b.example/"_s + u"d/"_s.repeated(250) + u"a/"_s.repeated(150);
+    EXPECT_EQ(Items(doc)[2].SelectSingleNode(u"link"_s).Text(), folders + u'x');
+    EXPECT_EQ(Items(doc)[2].SelectSingleNode(u"description"_s).Text(),
+              u"<span>"_s.repeated(depth) + u"<a href=\""_s + folders + u"y\">&amp;</a><img src=\""_s +
+                  QString::fromLatin1(tooLong) + u"\" />"_s + u"</span>"_s.repeated(depth));
 }
 
-// ---------------------------------------------------------------------------------------------
-// The RSS 0.91 DTD: shipped entities, and nothing else ever read.
-
-namespace {
-
-const QByteArray kRss091Public = "-//Netscape Communications//DTD RSS 0.91//EN";
-const QByteArray kRss091System = "http://my.netscape.com/publish/formats/rss-0.91.dtd";
-
-QByteArray Rss091(const QByteArray& doctype, const QByteArray& title) {
-    return "<?xml version=\"1.0\"?>\n" + doctype + "\n<rss version=\"0.91\"><channel><title>" + title +
-           "</title><item><title>i</title></item></channel></rss>";
-}
-
-} // namespace
-
-// The shipped DTD declares the whole HTML 4 entity set once, and answers for either of its
-// identifiers whatever the other says.
+// The shipped RSS 0.91 DTD declares the whole HTML 4 entity set once, and answers for either of
+// its identifiers whatever the other says.
 TEST(NamespaceStylesheetTest, Rss091EntitiesComeFromTheShippedDtd) {
-    QFile file(ResourceFolder() + u"/dtd/rss-0.91.dtd"_s);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(file.readAll());
+    const QString text = QString::fromUtf8(ReadFile(ResourceFolder() + u"/dtd/rss-0.91.dtd"_s));
     const QRegularExpression declaration(u"<!ENTITY\\s+(\\w+)\\s+\"&#(\\d+);\">"_s);
     QSet<int> codePoints;
     // A sample checked against code points written here, then every declaration.
@@ -344,80 +267,16 @@ TEST(NamespaceStylesheetTest, Rss091EntitiesComeFromTheShippedDtd) {
     for (int latin1 = 0xA0; latin1 <= 0xFF; ++latin1) {
         EXPECT_TRUE(codePoints.contains(latin1)) << latin1;
     }
-    const QByteArray doctypes[] = {"<!DOCTYPE rss PUBLIC \"" + kRss091Public + "\" \"" + kRss091System +
-                                       "\">",
-                                   "<!DOCTYPE rss PUBLIC \"" + kRss091Public + "\" \"x\">",
-                                   "<!DOCTYPE rss PUBLIC \"" + kRss091Public + "\" \"rss-0.91.dtd\">",
-                                   "<!DOCTYPE rss SYSTEM \"" + kRss091System + "\">"};
+    const QByteArray publicId = "\"-//Netscape Communications//DTD RSS 0.91//EN\"";
+    const QByteArray systemId = "\"http://my.netscape.com/publish/formats/rss-0.91.dtd\"";
+    const QByteArray doctypes[] = {"PUBLIC " + publicId + " " + systemId, "PUBLIC " + publicId + " \"x\"",
+                                   "PUBLIC " + publicId + " \"rss-0.91.dtd\"", "SYSTEM " + systemId};
     for (const QByteArray& doctype : doctypes) {
-        const XmlDocument doc = ParseFeed(Rss091(doctype, body));
+        const XmlDocument doc =
+            ParseFeed("<?xml version=\"1.0\"?>\n<!DOCTYPE rss " + doctype +
+                      ">\n<rss version=\"0.91\"><channel><title>" + body + "</title></channel></rss>");
         ASSERT_FALSE(doc.IsNull()) << doctype.toStdString();
         EXPECT_EQ(doc.DocumentElement().SelectSingleNode(u"channel/title"_s).Text(), expected)
             << doctype.toStdString();
     }
-}
-
-TEST(NamespaceStylesheetTest, UnmappedDtdsAndEntitiesAreNeverRead) {
-    QTemporaryDir dir;
-    ASSERT_TRUE(dir.isValid());
-    const QString evilDtd = dir.filePath(u"evil.dtd"_s);
-    const QString secret = dir.filePath(u"secret.txt"_s);
-    for (const auto& [path, content] : {std::pair{evilDtd, QByteArray("<!ENTITY eacute \"PWNED\">")},
-                                        std::pair{secret, QByteArray("TOPSECRET")}}) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-    QTcpServer server;
-    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-    const QByteArray http = "http://127.0.0.1:" + QByteArray::number(server.serverPort());
-    const QByteArray evilUrl = QUrl::fromLocalFile(evilDtd).toEncoded();
-    const QByteArray secretUrl = QUrl::fromLocalFile(secret).toEncoded();
-
-    // Each attack either loads with the outside reference left empty, or does not load at all.
-    struct Attack {
-        QByteArray document;
-        QString title; // the channel title when the document loads
-        bool loads;
-    };
-    const Attack attacks[] = {
-        {Rss091("<!DOCTYPE rss SYSTEM \"" + evilUrl + "\">", "Caf&eacute;!"), u"Caf!"_s, true},
-        {Rss091("<!DOCTYPE rss PUBLIC \"-//Someone//DTD Other//EN\" \"" + evilUrl + "\">", "Caf&eacute;!"),
-         u"Caf!"_s, true},
-        {Rss091("<!DOCTYPE rss SYSTEM \"" + http + "/rss-0.91.dtd\">", "Caf&eacute;!"), u"Caf!"_s, true},
-        {Rss091("<!DOCTYPE rss [<!ENTITY x SYSTEM \"" + secretUrl + "\">]>", "[&x;]"), u"[]"_s, true},
-        {Rss091("<!DOCTYPE rss [<!ENTITY x SYSTEM \"file:///etc/hostname\">]>", "[&x;]"), u"[]"_s, true},
-        {Rss091("<!DOCTYPE rss [<!ENTITY x SYSTEM \"" + http + "/secret\">]>", "[&x;]"), u"[]"_s, true},
-        {Rss091("<!DOCTYPE rss [<!ENTITY % p SYSTEM \"" + http + "/p.dtd\"> %p;]>", "p"), u"p"_s, true},
-        {Rss091("<!DOCTYPE rss [<!ENTITY % p SYSTEM \"" + evilUrl + "\"> %p;]>", "Caf&eacute;!"), u"Caf!"_s,
-         false},
-    };
-    for (const Attack& attack : attacks) {
-        for (bool loadDtd : {true, false}) {
-            SCOPED_TRACE(attack.document.toStdString() + (loadDtd ? " (loading mapped DTDs)" : ""));
-            XmlParseOptions options;
-            options.loadMappedDtd = loadDtd;
-            const XmlDocument doc = XmlDocument::Parse(attack.document, nullptr, options);
-            EXPECT_TRUE(!attack.loads || !doc.IsNull());
-            if (doc.IsNull()) {
-                continue;
-            }
-            EXPECT_EQ(doc.DocumentElement().SelectSingleNode(u"channel/title"_s).Text(), attack.title);
-            const QByteArray bytes = doc.ToBytes();
-            EXPECT_FALSE(bytes.contains("PWNED"));
-            EXPECT_FALSE(bytes.contains("TOPSECRET"));
-        }
-    }
-    // No connection was even attempted.
-    EXPECT_FALSE(server.waitForNewConnection(0));
-    EXPECT_FALSE(server.hasPendingConnections());
-
-    // The shipped DTD answers for its public identifier whatever system identifier comes with it,
-    // and only when mapped DTDs may be loaded.
-    const QByteArray mapped =
-        Rss091("<!DOCTYPE rss PUBLIC \"" + kRss091Public + "\" \"" + evilUrl + "\">", "Caf&eacute;");
-    EXPECT_EQ(ParseFeed(mapped).DocumentElement().SelectSingleNode(u"channel/title"_s).Text(),
-              u"Caf\u00e9"_s);
-    EXPECT_EQ(XmlDocument::Parse(mapped).DocumentElement().SelectSingleNode(u"channel/title"_s).Text(),
-              u"Caf"_s);
 }

@@ -1,11 +1,15 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Paths.h"
 #include "platform/XmlDocument.h"
 #include "platform/XmlSecurity.h"
 #include "platform/XsltStylesheet.h"
 #include "support/TestHome.h"
 
 #include <QFile>
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 namespace {
@@ -115,26 +119,62 @@ TEST(XmlDocumentTest, BrokenDocumentsGiveAReason) {
     EXPECT_TRUE(XmlDocument::Load(QStringLiteral("/nonexistent/file.xml"), &error).IsNull());
 }
 
-TEST(XmlSecurityTest, ExternalEntityNamingALocalFileIsNeverRead) {
+// Each attack either loads with the outside reference left empty, or does not load at all; no
+// connection is even attempted. Only the shipped RSS 0.91 DTD is ever read, and only when mapped
+// DTDs may be loaded.
+TEST(XmlSecurityTest, UnmappedDtdsAndExternalEntitiesAreNeverRead) {
     TestHome home;
+    home.Write(QStringLiteral("evil.dtd"), "<!ENTITY eacute \"PWNED\">");
     home.Write(QStringLiteral("secret.txt"), "TOPSECRET");
-    const QByteArray secretUrl = "file://" + home.File(QStringLiteral("secret.txt")).toUtf8();
-    const QByteArray attacks[] = {
-        "<!DOCTYPE r [<!ENTITY x SYSTEM \"" + secretUrl + "\">]><r>&x;</r>",
-        "<!DOCTYPE r [<!ENTITY % p SYSTEM \"" + secretUrl + "\"> %p;]><r/>",
-        "<!DOCTYPE r SYSTEM \"" + secretUrl + "\"><r>a</r>",
-        "<!DOCTYPE r [<!ENTITY x SYSTEM \"http://127.0.0.1:9/x\">]><r>&x;</r>",
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    const QByteArray http = "http://127.0.0.1:" + QByteArray::number(server.serverPort());
+    const QByteArray evilUrl = QUrl::fromLocalFile(home.File(QStringLiteral("evil.dtd"))).toEncoded();
+    const QByteArray secretUrl = QUrl::fromLocalFile(home.File(QStringLiteral("secret.txt"))).toEncoded();
+    const QByteArray rss091 = "\"-//Netscape Communications//DTD RSS 0.91//EN\"";
+    struct Attack {
+        QByteArray doctype;
+        QByteArray title;
+        const char16_t* loadedTitle; // nullptr: the document does not load
     };
-    for (const QByteArray& attack : attacks) {
-        for (bool loadDtd : {false, true}) {
+    const Attack attacks[] = {
+        {"SYSTEM \"" + evilUrl + "\"", "Caf&eacute;!", u"Caf!"},
+        {"PUBLIC \"-//Someone//DTD Other//EN\" \"" + evilUrl + "\"", "Caf&eacute;!", u"Caf!"},
+        {"SYSTEM \"" + http + "/rss-0.91.dtd\"", "Caf&eacute;!", u"Caf!"},
+        {"[<!ENTITY x SYSTEM \"" + secretUrl + "\">]", "[&x;]", u"[]"},
+        {"[<!ENTITY x SYSTEM \"file:///etc/hostname\">]", "[&x;]", u"[]"},
+        {"[<!ENTITY x SYSTEM \"" + http + "/secret\">]", "[&x;]", u"[]"},
+        {"[<!ENTITY % p SYSTEM \"" + http + "/p.dtd\"> %p;]", "p", u"p"},
+        {"[<!ENTITY % p SYSTEM \"" + evilUrl + "\"> %p;]", "Caf&eacute;!", nullptr},
+    };
+    XmlSecurity::MapShippedDtds(Paths::FromEnvironment().ResourceFolder());
+    for (const Attack& attack : attacks) {
+        for (bool loadDtd : {true, false}) {
+            SCOPED_TRACE(attack.doctype.toStdString() + (loadDtd ? " (loading mapped DTDs)" : ""));
             XmlParseOptions options;
             options.loadMappedDtd = loadDtd;
-            const XmlDocument doc = XmlDocument::Parse(attack, nullptr, options);
+            const XmlDocument doc =
+                XmlDocument::Parse("<!DOCTYPE rss " + attack.doctype + "><rss><channel><title>" +
+                                       attack.title + "</title></channel></rss>",
+                                   nullptr, options);
+            EXPECT_TRUE(!attack.loadedTitle || !doc.IsNull());
             if (!doc.IsNull()) {
-                EXPECT_FALSE(doc.ToBytes().contains("TOPSECRET")) << attack.toStdString();
+                EXPECT_EQ(doc.DocumentElement().SelectSingleNode(QStringLiteral("channel/title")).Text(),
+                          QString::fromUtf16(attack.loadedTitle ? attack.loadedTitle : u"Caf!"));
+                EXPECT_FALSE(doc.ToBytes().contains("PWNED"));
+                EXPECT_FALSE(doc.ToBytes().contains("TOPSECRET"));
             }
         }
     }
+    EXPECT_FALSE(server.waitForNewConnection(0));
+    EXPECT_FALSE(server.hasPendingConnections());
+    const QByteArray mapped = "<!DOCTYPE rss PUBLIC " + rss091 + " \"" + evilUrl +
+                              "\"><rss><channel><title>Caf&eacute;</title></channel></rss>";
+    XmlParseOptions withDtd;
+    withDtd.loadMappedDtd = true;
+    EXPECT_EQ(XmlDocument::Parse(mapped, nullptr, withDtd).DocumentElement().Text(),
+              QStringLiteral("Caf\u00e9"));
+    EXPECT_EQ(XmlDocument::Parse(mapped).DocumentElement().Text(), QStringLiteral("Caf"));
 }
 
 TEST(XmlSecurityTest, BillionLaughsIsRefusedQuickly) {

@@ -34,7 +34,9 @@ protected:
     TestWindow window{QSize(100, 50)};
 };
 
-TEST_F(SkinMouseTest, TheLeftButtonPressesInsideTheEdgesOnly) {
+// The left button hits inside the edges only; the release calls the function in lower case;
+// hidden entities are skipped when the window says so.
+TEST_F(SkinMouseTest, TheLeftButtonHitsInsideTheEdgesOnly) {
     EXPECT_FALSE(skin.SkinMouseDown(window, Qt::RightButton, QPointF(20, 15), kKind, false));
     EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::red));
     EXPECT_TRUE(Down(QPointF(10.5, 15)));
@@ -44,6 +46,20 @@ TEST_F(SkinMouseTest, TheLeftButtonPressesInsideTheEdgesOnly) {
         EXPECT_FALSE(Down(outside)) << outside.x() << "," << outside.y();
     }
     EXPECT_TRUE(Down(QPointF(29.9, 19.9)));
+
+    Up(QPointF(20, 15), Qt::RightButton);
+    Up(QPointF(40, 15));
+    EXPECT_TRUE(window.handled.isEmpty());
+    Up(QPointF(20, 15));
+    EXPECT_EQ(window.handled, QStringList{QStringLiteral("close")});
+    // The release does not repaint; the pressed picture stays until the pointer leaves.
+    EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::blue));
+
+    Button().bHide = true;
+    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::LeftButton, QPointF(20, 15), kKind, true));
+    skin.SkinMouseUp(window, Qt::LeftButton, QPointF(20, 15), kKind, true);
+    EXPECT_EQ(window.handled.size(), 1);
+    EXPECT_TRUE(Down(QPointF(20, 15)));
 }
 
 TEST_F(SkinMouseTest, WithoutStatePicturesOnlyAPressedCaptionMakesAHit) {
@@ -56,26 +72,6 @@ TEST_F(SkinMouseTest, WithoutStatePicturesOnlyAPressedCaptionMakesAHit) {
     const QSizeF extent = entity.lblMM.Extent();
     EXPECT_TRUE(Down(QPointF(10 + extent.width() / 2, 10 + extent.height() / 2)));
     EXPECT_FALSE(entity.LeaveDetectorEnabled());
-}
-
-TEST_F(SkinMouseTest, ReleaseCallsTheFunctionInLowerCase) {
-    Up(QPointF(20, 15), Qt::RightButton);
-    Up(QPointF(40, 15));
-    EXPECT_TRUE(window.handled.isEmpty());
-    Up(QPointF(20, 15));
-    EXPECT_EQ(window.handled, QStringList{QStringLiteral("close")});
-    // The release does not repaint; the pressed picture stays until the pointer leaves.
-    Down(QPointF(20, 15));
-    Up(QPointF(20, 15));
-    EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::blue));
-}
-
-TEST_F(SkinMouseTest, HiddenEntitiesAreSkippedWhenTheWindowSaysSo) {
-    Button().bHide = true;
-    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::LeftButton, QPointF(20, 15), kKind, true));
-    skin.SkinMouseUp(window, Qt::LeftButton, QPointF(20, 15), kKind, true);
-    EXPECT_TRUE(window.handled.isEmpty());
-    EXPECT_TRUE(skin.SkinMouseDown(window, Qt::LeftButton, QPointF(20, 15), kKind, false));
 }
 
 TEST_F(SkinMouseTest, HoverLastsWhileThePointerStaysAndTheLeaveDetectorRestoresIt) {
@@ -95,9 +91,8 @@ TEST_F(SkinMouseTest, HoverLastsWhileThePointerStaysAndTheLeaveDetectorRestoresI
     EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::red));
     EXPECT_FALSE(Button().LeaveDetectorEnabled());
     EXPECT_EQ(clock.ActiveTimers(), 0);
-}
 
-TEST_F(SkinMouseTest, DraggingWithTheLeftButtonShowsThePressedPictureOtherButtonsNothing) {
+    // Dragging with the left button shows the pressed picture, with other buttons nothing.
     skin.SkinMouseMove(window, Qt::RightButton, QPointF(20, 15), kKind, false);
     EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::red));
     EXPECT_FALSE(Button().LeaveDetectorEnabled());

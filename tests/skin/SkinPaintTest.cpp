@@ -9,6 +9,8 @@
 #include <QPalette>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class SkinPaintTest : public ::testing::Test, public SkinFixture {
@@ -99,13 +101,12 @@ TEST_F(SkinPaintTest, SideBandsStartBelowTheTopBandAndCornersComeLast) {
     EXPECT_EQ(window.Pixel(20, 15), QColor(Qt::white));
 }
 
-TEST_F(SkinPaintTest, NegativeLeftAnchorsTheRightSide) {
-    WritePicture(QStringLiteral("Right"), QStringLiteral("p.png"), QSize(20, 10), Qt::red);
-    WritePicture(QStringLiteral("Right"), QStringLiteral("odd.png"), QSize(21, 10), Qt::blue);
-    Load(QStringLiteral("Right"),
-         QStringLiteral("defineframe main\nframecolor &hFFFFFF\n"
-                        "defineentity 1\nimage p.png\nleft -1\ntop 5\n"
-                        "defineentity 2\nimage odd.png\ncenter true\nleft 30\ntop 20\n"));
+TEST_F(SkinPaintTest, NegativeOffsetsAnchorTheFarSide) {
+    WritePicture(u"Far"_s, u"p.png"_s, QSize(20, 10), Qt::red);
+    WritePicture(u"Far"_s, u"odd.png"_s, QSize(21, 10), Qt::blue);
+    Load(u"Far"_s, u"defineframe main\nframecolor &hFFFFFF\ndefineentity 1\nimage p.png\nleft -1\ntop 5\n"
+                   "defineentity 2\nimage odd.png\ncenter true\nleft 30\ntop 20\n"
+                   "defineentity 3\nimage p.png\ntop -10\nleft 5\n"_s);
     ASSERT_TRUE(host.messages.isEmpty());
     TestWindow window(QSize(200, 40));
     skin.PaintAll(window, *window.picSkin(), frmTamselSkin::KindMain, false);
@@ -117,6 +118,11 @@ TEST_F(SkinPaintTest, NegativeLeftAnchorsTheRightSide) {
     EXPECT_EQ(window.Pixel(199, 6), QColor(Qt::white));
     // Centred without rounding: 200 / 2 - 21 / 2.
     EXPECT_DOUBLE_EQ(skin.Entity(2)->Rect().left(), 89.5);
+    // A negative top places the entity above the bottom edge.
+    EXPECT_DOUBLE_EQ(skin.Entity(3)->Rect().bottom(), 40 - 10);
+    EXPECT_EQ(window.Pixel(10, 29), QColor(Qt::red));
+    EXPECT_EQ(window.Pixel(10, 30), QColor(Qt::white));
+    EXPECT_EQ(window.Pixel(10, 19), QColor(Qt::white));
 }
 
 TEST_F(SkinPaintTest, OnlyEntitiesOfTheKindAndNeverSlot36ArePainted) {

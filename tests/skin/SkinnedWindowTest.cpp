@@ -72,12 +72,19 @@ protected:
     RecordingWindow window{skin, frmTamselSkin::KindChannel};
 };
 
-TEST_F(SkinnedWindowTest, StartsWithoutANativeFrameAndItsSurfaceCoversIt) {
+TEST_F(SkinnedWindowTest, StartsWithoutANativeFrameAndItsSurfaceCoversAndFollowsIt) {
     EXPECT_FALSE(window.Framed());
     EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_EQ(window.picSkin()->geometry(), window.rect());
     EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::red));
     EXPECT_EQ(window.picSkin()->Image().pixelColor(80, 50), QColor(Qt::white));
+    // Another skin, and another size, repaint the window.
+    Load(QStringLiteral("Plain"), QStringLiteral("defineframe channel\nframecolor &hFF0000\n"));
+    EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::blue));
+    EXPECT_EQ(window.picSkin()->Image().pixelColor(80, 50), QColor(Qt::blue));
+    window.resize(200, 120);
+    EXPECT_EQ(window.picSkin()->Image().size(), QSize(200, 120));
+    EXPECT_EQ(window.picSkin()->Image().pixelColor(190, 110), QColor(Qt::blue));
 }
 
 TEST_F(SkinnedWindowTest, PressesThatNoEntityTakesMoveOrResizeTheWindow) {
@@ -119,15 +126,6 @@ TEST_F(SkinnedWindowTest, ThePointerShowsTheSizingArrowsAndHoverIsHandedToTheSki
                         "function Close\ntop 6\nleft -6\n"));
     window.Move(QPointF(145, 14));
     EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::green));
-}
-
-TEST_F(SkinnedWindowTest, AnotherSkinRepaintsTheWindow) {
-    Load(QStringLiteral("Plain"), QStringLiteral("defineframe channel\nframecolor &hFF0000\n"));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::blue));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(80, 50), QColor(Qt::blue));
-    window.resize(200, 120);
-    EXPECT_EQ(window.picSkin()->Image().size(), QSize(200, 120));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(190, 110), QColor(Qt::blue));
 }
 
 } // namespace

@@ -62,10 +62,22 @@ TEST_F(frmSkinTest, ListsTheUsersAndTheShippedSkinsOnceAndSelectsTheCurrentOne) 
     EXPECT_TRUE(host.messages.isEmpty());
 }
 
-TEST_F(frmSkinTest, ChoosingASkinStoresItsName) {
+// Without a selection the button keeps the old skin; with one it stores the chosen name.
+TEST_F(frmSkinTest, TheButtonStoresTheChosenSkinOnly) {
     MakeFolder(resources, QStringLiteral("skins/Default"));
     MakeFolder(resources, QStringLiteral("skins/Nightfall"));
-    settings.SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QStringLiteral("Nightfall"));
+    const QString section = QStringLiteral("SETTINGS"), key = QStringLiteral("SKINNAME");
+    settings.SaveSetting(section, key, QStringLiteral("Gone"));
+    {
+        frmSkin chooser(settings, paths, host);
+        ASSERT_TRUE(chooser.LoadList());
+        EXPECT_TRUE(chooser.lstSkins()->selectedItems().isEmpty());
+        chooser.cmdOk()->click();
+        EXPECT_FALSE(chooser.SkinChanged());
+        EXPECT_EQ(chooser.result(), int(QDialog::Rejected));
+        EXPECT_EQ(settings.GetSetting(section, key, QString()), QStringLiteral("Gone"));
+    }
+    settings.SaveSetting(section, key, QStringLiteral("Nightfall"));
     frmSkin chooser(settings, paths, host);
     ASSERT_TRUE(chooser.LoadList());
     EXPECT_EQ(chooser.lstSkins()->currentItem()->text(), QStringLiteral("Nightfall"));
@@ -76,21 +88,7 @@ TEST_F(frmSkinTest, ChoosingASkinStoresItsName) {
     chooser.cmdOk()->click();
     EXPECT_TRUE(chooser.SkinChanged());
     EXPECT_EQ(chooser.result(), int(QDialog::Accepted));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()),
-              QStringLiteral("Default"));
-}
-
-TEST_F(frmSkinTest, TheButtonWithoutASelectionKeepsTheOldSkin) {
-    MakeFolder(resources, QStringLiteral("skins/Default"));
-    settings.SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QStringLiteral("Gone"));
-    frmSkin chooser(settings, paths, host);
-    ASSERT_TRUE(chooser.LoadList());
-    EXPECT_TRUE(chooser.lstSkins()->selectedItems().isEmpty());
-    chooser.cmdOk()->click();
-    EXPECT_FALSE(chooser.SkinChanged());
-    EXPECT_EQ(chooser.result(), int(QDialog::Rejected));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()),
-              QStringLiteral("Gone"));
+    EXPECT_EQ(settings.GetSetting(section, key, QString()), QStringLiteral("Default"));
 }
 
 } // namespace
