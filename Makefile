@@ -35,7 +35,7 @@ coverage: bootstrap
 	cmake --build $(COVERAGE_BUILD) -j $(JOBS)
 	find $(COVERAGE_BUILD) -name '*.gcda' -delete
 	cd $(COVERAGE_BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS) \
-		-E cli_crash_recovery_tests; \
+		-E crash_recovery_tests; \
 		status=$$?; cd $(CURDIR) && scripts/coverage-report $(COVERAGE_BUILD) && exit $$status
 
 bench: bootstrap

@@ -8,8 +8,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-Runtime::Runtime(Paths paths, Desktop& desktop)
-    : m_paths(std::move(paths)), m_desktop(desktop), m_settings(m_paths), m_http(m_paths), m_site(m_settings),
+Runtime::Runtime(Paths paths, Desktop& desktop) : Runtime(std::move(paths), desktop, m_systemClock) {}
+
+Runtime::Runtime(Paths paths, Desktop& desktop, Clock& clock)
+    : m_paths(std::move(paths)), m_desktop(desktop), m_clock(clock), m_settings(m_paths), m_http(m_paths),
+      m_site(m_settings),
       m_alerts(m_clock, m_settings, m_desktop, m_paths.ResourceFile(QStringLiteral("alert.wav"))) {}
 
 Runtime::~Runtime() = default;

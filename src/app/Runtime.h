@@ -18,6 +18,9 @@
 class Runtime final {
 public:
     Runtime(Paths paths, Desktop& desktop);
+    // The same with a clock of the caller's, which must outlive the runtime (a test program whose
+    // time runs faster).
+    Runtime(Paths paths, Desktop& desktop, Clock& clock);
     ~Runtime();
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
@@ -38,7 +41,8 @@ public:
 private:
     Paths m_paths;
     Desktop& m_desktop;
-    SystemClock m_clock;
+    SystemClock m_systemClock;
+    Clock& m_clock;
     CRegSettings m_settings;
     NetworkHttpClient m_http;
     MakerSite m_site;

@@ -44,15 +44,10 @@ inline std::ostream& operator<<(std::ostream& os, const CliRun& run) {
               << run.err.toStdString();
 }
 
-// Runs tamsel-cli under `home` with `extra` added to the environment. `inChild` runs in the new
-// process before the program starts (async-signal-safe calls only).
-inline CliRun RunIn(const QString& home, const QStringList& arguments,
-                    const QHash<QString, QString>& extra = {}, const std::function<void()>& inChild = {}) {
-    constexpr int kRunLimitMs = 90000;
-    QProcess process;
-    if (inChild) {
-        process.setChildProcessModifier(inChild);
-    }
+// Starts tamsel-cli under `home` with `extra` added to the environment, for a test that serves
+// the event loop itself until the program ends.
+inline void StartIn(QProcess& process, const QString& home, const QStringList& arguments,
+                    const QHash<QString, QString>& extra = {}) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TAMSEL_HOME"), home);
     environment.insert(QStringLiteral("TAMSEL_RESOURCES"), QStringLiteral(TAMSEL_BUILD_DATA_DIR));
@@ -62,18 +57,35 @@ inline CliRun RunIn(const QString& home, const QStringList& arguments,
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(home);
     process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
+}
+
+// What a program that has ended did.
+inline CliRun Finished(QProcess& process) {
     CliRun run;
-    if (!PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs)) {
-        process.kill();
-        process.waitForFinished();
-        ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
-        return run;
-    }
     run.killed = process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGKILL;
     run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     run.out = QString::fromUtf8(process.readAllStandardOutput());
     run.err = QString::fromUtf8(process.readAllStandardError());
     return run;
+}
+
+// Runs tamsel-cli under `home` with `extra` added to the environment. `inChild` runs in the new
+// process before the program starts (async-signal-safe calls only).
+inline CliRun RunIn(const QString& home, const QStringList& arguments,
+                    const QHash<QString, QString>& extra = {}, const std::function<void()>& inChild = {}) {
+    constexpr int kRunLimitMs = 90000;
+    QProcess process;
+    if (inChild) {
+        process.setChildProcessModifier(inChild);
+    }
+    StartIn(process, home, arguments, extra);
+    if (!PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs)) {
+        process.kill();
+        process.waitForFinished();
+        ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
+        return CliRun();
+    }
+    return Finished(process);
 }
 
 inline Paths HomePaths(const QString& home) {

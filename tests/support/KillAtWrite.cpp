@@ -4,7 +4,8 @@
 // Every write to a file below TAMSEL_KILL_PREFIX and every rename into it is one event; the
 // events are appended to TAMSEL_KILL_LOG (one "write PATH" or "rename PATH" line each), and the
 // TAMSEL_KILL_AT-th event kills the process with SIGKILL before the call happens, as a power cut
-// or the out-of-memory killer would.
+// or the out-of-memory killer would. With TAMSEL_KILL_ARMED naming a file, nothing counts until
+// that file exists: a test watches only what the program does after it created the file.
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -23,6 +24,7 @@ struct Settings {
     size_t prefixLength = 0;
     int logFd = -1;
     long killAt = 0;
+    const char* armedFile = nullptr;
 };
 
 const Settings& GetSettings() {
@@ -36,12 +38,23 @@ const Settings& GetSettings() {
         if (const char* at = std::getenv("TAMSEL_KILL_AT")) {
             s.killAt = std::atol(at);
         }
+        s.armedFile = std::getenv("TAMSEL_KILL_ARMED");
         return s;
     }();
     return settings;
 }
 
 std::atomic<long> g_events{0};
+std::atomic<bool> g_armed{false};
+
+// Once armed, for good: the test may remove its file while the program goes on.
+bool Armed() {
+    if (!g_armed) {
+        const char* file = GetSettings().armedFile;
+        g_armed = !file || syscall(SYS_faccessat, AT_FDCWD, file, F_OK, 0) == 0;
+    }
+    return g_armed;
+}
 
 bool Watched(const char* path) {
     const Settings& settings = GetSettings();
@@ -50,6 +63,9 @@ bool Watched(const char* path) {
 
 // Logs the event and dies when it is the chosen one. Raw system calls: the log must not count.
 void Event(const char* kind, const char* path) {
+    if (!Armed()) {
+        return;
+    }
     const Settings& settings = GetSettings();
     const long number = ++g_events;
     if (settings.logFd >= 0) {

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// A home whose profile "Reader" is subscribed to a few feeds of a local server and has fetched
+// them once with tamsel-cli; afterwards every feed gains stories and a new Last-modified, so that
+// the next fetch downloads all of them and writes every file. Tests copy the home and do that
+// fetch in their own way. Needs TAMSEL_CLI_PATH and TAMSEL_BUILD_DATA_DIR from the test's build.
+#include "platform/CRegSettings.h"
+#include "platform/Paths.h"
+#include "platform/XmlDocument.h"
+#include "support/CliProcess.h"
+#include "support/LocalHttpServer.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QSet>
+#include <QTemporaryDir>
+
+class GrowingFeeds final {
+public:
+    static constexpr int kFeeds = 4;
+    static constexpr int kItemsBefore = 3;
+    static constexpr int kItemsAfter = 8;
+    static inline const QByteArray kModifiedBefore = QByteArrayLiteral("Mon, 16 Nov 2026 08:00:00 GMT");
+    static inline const QByteArray kModifiedAfter = QByteArrayLiteral("Tue, 17 Nov 2026 08:00:00 GMT");
+    static inline const QString kProfile = QStringLiteral("Reader");
+
+    GrowingFeeds() {
+        m_server.ServeXml(QStringLiteral("/tamsel/spotlight.xml"), "<opml><body/></opml>",
+                          "Mon, 16 Nov 2026 09:00:00 GMT");
+        const QString home = m_base.path();
+        CRegSettings(HomePaths(home))
+            .SaveSetting(QStringLiteral("Common"), QStringLiteral("MakerSite"),
+                         m_server.Url(QString()).toString());
+        Serve(kItemsBefore, kModifiedBefore);
+        m_ready = RunIn(home, {QStringLiteral("profile-add"), kProfile}).exitCode == 0;
+        for (int feed = 1; feed <= kFeeds; ++feed) {
+            m_ready = m_ready && RunIn(home, {QStringLiteral("add"), FeedUrl(feed)}).exitCode == 0;
+        }
+        m_ready = m_ready && RunIn(home, {QStringLiteral("fetch")}).exitCode == 0 &&
+                  Unmarked(StoredItems(home)) == AllGuids(kItemsBefore);
+        Serve(kItemsAfter, kModifiedAfter);
+    }
+
+    // Whether the home could be made.
+    bool Ready() const { return m_ready; }
+    QString BaseHome() const { return m_base.path(); }
+    LocalHttpServer& Server() { return m_server; }
+    QString FeedUrl(int feed) const {
+        return m_server.Url(QStringLiteral("/feed") + QString::number(feed)).toString();
+    }
+
+    // Every feed carries `items` stories (a later version carries the earlier stories too).
+    void Serve(int items, const QByteArray& lastModified) {
+        for (int feed = 1; feed <= kFeeds; ++feed) {
+            m_server.ServeXml(QStringLiteral("/feed") + QString::number(feed), Feed(feed, items),
+                              lastModified);
+        }
+    }
+
+    static QString ProfileFile(const QString& home, const QString& name) {
+        return HomePaths(home).ProfileFolder(kProfile) + u'/' + name;
+    }
+
+    // The guids of the stored items, with " read" after those marked read.
+    static QSet<QString> StoredItems(const QString& home) {
+        const XmlDocument doc = XmlDocument::Load(ProfileFile(home, QStringLiteral("items.xml")));
+        QSet<QString> items;
+        for (XmlNode item = doc.DocumentElement().FirstChild(); !item.IsNull(); item = item.NextSibling()) {
+            const XmlNode read = item.FirstChildElement(QStringLiteral("read"));
+            items.insert(item.FirstChildElement(QStringLiteral("guid")).Text() +
+                         (!read.IsNull() && read.Text() == QStringLiteral("true") ? QStringLiteral(" read")
+                                                                                  : QString()));
+        }
+        return items;
+    }
+
+    // The guids of the first `items` stories of every feed.
+    static QSet<QString> AllGuids(int items) {
+        QSet<QString> guids;
+        for (int feed = 1; feed <= kFeeds; ++feed) {
+            for (int item = 1; item <= items; ++item) {
+                guids.insert(Guid(feed, item));
+            }
+        }
+        return guids;
+    }
+
+    static QString Guid(int feed, int item) { return QStringLiteral("feed%1-%2").arg(feed).arg(item); }
+
+    // The guids without their read marks.
+    static QSet<QString> Unmarked(const QSet<QString>& items) {
+        QSet<QString> guids;
+        for (const QString& item : items) {
+            guids.insert(item.section(u' ', 0, 0));
+        }
+        return guids;
+    }
+
+private:
+    static QByteArray Feed(int feed, int items) {
+        const QByteArray now =
+            QLocale::c()
+                .toString(QDateTime::currentDateTime(), QStringLiteral("ddd, dd MMM yyyy hh:mm:ss"))
+                .toUtf8() +
+            " GMT";
+        const QByteArray n = QByteArray::number(feed);
+        QByteArray body = "<rss version=\"2.0\"><channel><title>Feed " + n +
+                          "</title><link>http://news.example/" + n + "/</link>";
+        for (int item = 1; item <= items; ++item) {
+            const QByteArray i = QByteArray::number(item);
+            body += "<item><title>Story " + n + "." + i + "</title><guid>feed" + n + "-" + i +
+                    "</guid><pubDate>" + now + "</pubDate><description>" + QByteArray(400, 'x') +
+                    "</description></item>";
+        }
+        return body + "</channel></rss>";
+    }
+
+    LocalHttpServer m_server;
+    QTemporaryDir m_base;
+    bool m_ready = false;
+};
