@@ -18,6 +18,7 @@ enum Option : unsigned {
     kPage = 1u << 6,
     kJson = 1u << 7,
     kForce = 1u << 8,
+    kPick = 1u << 9,
 };
 
 struct OptionSpec {
@@ -31,7 +32,7 @@ constexpr std::array kOptions = {
     OptionSpec{u"channel", kChannel, true}, OptionSpec{u"folder", kFolder, true},
     OptionSpec{u"filter", kFilter, true},   OptionSpec{u"search", kSearch, true},
     OptionSpec{u"page", kPage, true},       OptionSpec{u"json", kJson, false},
-    OptionSpec{u"force", kForce, false},
+    OptionSpec{u"force", kForce, false},    OptionSpec{u"pick", kPick, true},
 };
 
 struct CommandSpec {
@@ -57,10 +58,19 @@ constexpr std::array kCommands = {
                 u"\n  --group G       the group to put the channels in\n"},
     CommandSpec{u"export", u"FILE.opml", kProfile, false, u"Write the profile's channels as OPML.",
                 u"Writes the profile's own channels (not the built-in ones) to an OPML file.\n"},
-    CommandSpec{u"add", u"URL", kProfile | kGroup, true, u"Subscribe to a channel.",
-                u"Subscribes to the channel at URL (http, https or file) in the group G (default\n"
-                u"\"My Channels\", created when missing). The next fetch loads it.\n"
-                u"\n  --group G       the group to put the channel in\n"},
+    CommandSpec{u"add", u"URL", kProfile | kGroup | kForce | kPick, true,
+                u"Subscribe to a feed, or to the feed a web page names.",
+                u"Subscribes to the feed at URL in the group G (default \"My Channels\", created when\n"
+                u"missing). URL is an http, https or file address; without a scheme https is meant,\n"
+                u"and feed: addresses are read as http. URL is read first: a feed is subscribed to as\n"
+                u"it is; a web page is searched for the feeds it names (or, naming none, its site for\n"
+                u"a feed at /feed, /rss, /atom.xml, /feed.xml, /rss.xml or /index.xml). One feed found\n"
+                u"is subscribed to; several are listed, numbered, and --pick N chooses one. When\n"
+                u"nothing is found or URL cannot be read, nothing is subscribed to and the exit\n"
+                u"status is 1. The next fetch loads the feed.\n"
+                u"\n  --group G       the group to put the feed in"
+                u"\n  --pick N        subscribe to the N-th feed the page names"
+                u"\n  --force         subscribe to URL as it stands, without reading it (offline)\n"},
     CommandSpec{u"remove", u"URL", kProfile, true, u"Unsubscribe from a channel.",
                 u"Unsubscribes from the channel at URL: it leaves every group and its items leave\n"
                 u"the item bank (items marked deleted stay in the Deleted folder).\n"},
@@ -202,6 +212,9 @@ bool CliArguments::Parse(const QStringList& arguments, CliRequest* request, QStr
             case kForce:
                 parsed.force = true;
                 break;
+            case kPick:
+                parsed.pick = PositiveNumber(value);
+                break;
             }
             continue;
         }
@@ -249,6 +262,12 @@ bool CliArguments::Parse(const QStringList& arguments, CliRequest* request, QStr
         }
     } else if (command->argument && parsed.arguments.first().trimmed().isEmpty()) {
         return Fail(error, QStringLiteral("%1 must not be empty").arg(QString::fromUtf16(command->argument)));
+    }
+    if ((given & kPick) && parsed.pick == 0) {
+        return Fail(error, QStringLiteral("--pick must be a feed number from 1 up"));
+    }
+    if ((given & kPick) && (given & kForce)) {
+        return Fail(error, QStringLiteral("Give either --pick or --force, not both"));
     }
     if ((given & kPage) && parsed.page == 0) {
         return Fail(error, QStringLiteral("--page must be a page number from 1 up"));
@@ -329,7 +348,9 @@ QString CliArguments::CommandUsage(const QString& name) {
     if (command->options & kGroup) {
         text += QStringLiteral(" [--group G]");
     }
-    if (command->options & kForce) {
+    if (command->options & kPick) {
+        text += QStringLiteral(" [--pick N | --force]");
+    } else if (command->options & kForce) {
         text += QStringLiteral(" [--force]");
     }
     if (name == QStringLiteral("list")) {

@@ -20,6 +20,8 @@ struct CliRequest {
     int page = 1;
     // The item number of show, tag and delete.
     int number = 0;
+    // Which of the feeds a page names add subscribes to, from 1; 0 when not given.
+    int pick = 0;
     bool json = false;
     bool force = false;
     bool help = false;

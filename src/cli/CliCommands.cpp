@@ -15,12 +15,15 @@
 #include "cli/ItemFormatter.h"
 #include "cli/LastListStore.h"
 #include "feeds/RSSChannel.h"
+#include "groups/FeedDiscovery.h"
 #include "groups/RSSGroup.h"
 #include "groups/clsOPML.h"
 #include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
+#include "platform/CRegSettings.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QTextStream>
 #include <QUrl>
@@ -45,6 +48,12 @@ QString ChannelCaption(RSSChannel& channel) {
     const QString title = HtmlToText::Printable(channel.Title());
     const QString url = HtmlToText::Printable(channel.URL());
     return title.isEmpty() || title == url ? url : title + QStringLiteral(" <") + url + u'>';
+}
+
+QString FeedCaption(const DiscoveredFeed& feed) {
+    const QString title = HtmlToText::Printable(feed.title).simplified();
+    const QString url = HtmlToText::Printable(feed.url);
+    return title.isEmpty() ? url : title + QStringLiteral(" <") + url + u'>';
 }
 
 QString CountLine(qsizetype items, qsizetype unread, const QString& what) {
@@ -76,6 +85,8 @@ int CliCommands::Run(const CliRequest& request) {
         status = ProfileAdd(session, request);
     } else if (request.command == QStringLiteral("import")) {
         status = Import(session, request);
+    } else if (request.command == QStringLiteral("add")) {
+        status = Add(session, request);
     } else if (clsProfile* profile = session.Activate(request.profile, &error)) {
         status = RunOnProfile(session, *profile, request);
     } else {
@@ -92,9 +103,6 @@ int CliCommands::RunOnProfile(CliSession& session, clsProfile& profile, const Cl
     const QString& command = request.command;
     if (command == QStringLiteral("export")) {
         return Export(session, profile, request);
-    }
-    if (command == QStringLiteral("add")) {
-        return Add(session, profile, request);
     }
     if (command == QStringLiteral("remove")) {
         return Remove(session, profile, request);
@@ -188,6 +196,9 @@ int CliCommands::Import(CliSession& session, const CliRequest& request) {
     int added = 0;
     int known = 0;
     int skipped = 0;
+    // Every new channel takes the next id from the settings file: it is written once for all of
+    // them, and before channels.xml, so that an id saved with a channel is never handed out again.
+    CRegSettings::DeferredWrites ids(services.settings);
     for (int index = 0; index < opml.GetCount(); ++index) {
         const QString url = opml.GetURL(index).trimmed();
         if (url.isEmpty()) {
@@ -200,6 +211,9 @@ int CliCommands::Import(CliSession& session, const CliRequest& request) {
         }
         ++(profile->GetChannel(url) ? known : added);
         profile->AddChannel(url, group);
+    }
+    if (!ids.End()) {
+        return Fail(QStringLiteral("The settings file could not be written, so nothing was subscribed to."));
     }
     if (!session.SaveAll(&error)) {
         return Fail(error);
@@ -224,25 +238,81 @@ int CliCommands::Export(CliSession& session, clsProfile& profile, const CliReque
     return kSuccess;
 }
 
-int CliCommands::Add(CliSession& session, clsProfile& profile, const CliRequest& request) {
-    QString error;
-    const QString url = request.arguments.first().trimmed();
+int CliCommands::Add(CliSession& session, const CliRequest& request) {
+    const QString address = FeedDiscovery::NormalisedAddress(request.arguments.first());
     const QString groupName = request.group.isEmpty() ? GroupName::MyChannels : request.group;
-    if (!IsWebUrl(QUrl(url)) && !IsFileUrl(QUrl(url))) {
-        return Fail(QStringLiteral("%1 is not an http, https or file URL.").arg(HtmlToText::Printable(url)));
-    }
     if (IsReservedGroupName(groupName)) {
         return Fail(QStringLiteral("\"%1\" is a built-in group; choose another group.").arg(groupName));
     }
-    const bool known = profile.GetChannel(url) != nullptr;
-    const QString group = GroupFor(profile, groupName);
-    profile.AddGroup(group);
-    profile.AddChannel(url, group);
+    const bool addressable = IsWebUrl(QUrl(address)) || IsFileUrl(QUrl(address));
+    QString url = address;
+    if (!request.force) {
+        // Read before the profile starts, so that no channel's timer runs while the site answers.
+        const Services services = session.GetRuntime().GetServices();
+        FeedDiscovery discovery(services.http, services.clock);
+        QList<DiscoveredFeed> feeds;
+        QString message;
+        QEventLoop wait;
+        QObject::connect(&discovery, &FeedDiscovery::Finished, &wait,
+                         [&](const QList<DiscoveredFeed>& found, const QString& why) {
+                             feeds = found;
+                             message = why;
+                             wait.quit();
+                         });
+        discovery.Discover(address);
+        if (discovery.Busy()) {
+            wait.exec();
+        }
+        if (!message.isEmpty()) {
+            m_err << HtmlToText::Printable(message) << Qt::endl;
+            if (addressable) {
+                m_err << "Nothing was subscribed to; --force subscribes to " << HtmlToText::Printable(address)
+                      << " without reading it." << Qt::endl;
+            }
+            return kFailure;
+        }
+        const qsizetype count = feeds.size();
+        if (count > 1 && request.pick == 0) {
+            m_out << HtmlToText::Printable(address) << " names " << count << " feeds:" << Qt::endl;
+            for (qsizetype index = 0; index < count; ++index) {
+                m_out << QString::number(index + 1).rightJustified(3) << ". " << FeedCaption(feeds[index])
+                      << '\n';
+            }
+            m_out.flush();
+            return Fail(
+                QStringLiteral("Choose one with --pick N (1 to %1); nothing was subscribed to.").arg(count));
+        }
+        const qsizetype chosen = request.pick == 0 ? 0 : request.pick - 1;
+        if (chosen >= count) {
+            return Fail(
+                QStringLiteral("There is no feed %1; %2 names %3.")
+                    .arg(QString::number(request.pick), HtmlToText::Printable(address),
+                         count == 1 ? QStringLiteral("one feed") : QStringLiteral("%1 feeds").arg(count)));
+        }
+        url = feeds[chosen].url;
+        if (url != address) {
+            m_out << "Found the feed " << FeedCaption(feeds[chosen]) << " at "
+                  << HtmlToText::Printable(address) << "." << Qt::endl;
+        }
+    } else if (!addressable) {
+        return Fail(
+            QStringLiteral("%1 is not an http, https or file URL.").arg(HtmlToText::Printable(address)));
+    }
+
+    QString error;
+    clsProfile* profile = session.Activate(request.profile, &error);
+    if (!profile) {
+        return Fail(error);
+    }
+    const bool known = profile->GetChannel(url) != nullptr;
+    const QString group = GroupFor(*profile, groupName);
+    profile->AddGroup(group);
+    profile->AddChannel(url, group);
     if (!session.SaveAll(&error)) {
         return Fail(error);
     }
-    m_out << (known ? "Already subscribed to " : "Subscribed to ") << url << "; it is in the group \""
-          << group << "\"." << Qt::endl;
+    m_out << (known ? "Already subscribed to " : "Subscribed to ") << HtmlToText::Printable(url)
+          << "; it is in the group \"" << group << "\"." << Qt::endl;
     return kSuccess;
 }
 

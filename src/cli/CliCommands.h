@@ -23,7 +23,7 @@ public:
     // The exit status: 0 on success, 1 when the command failed.
     int Run(const CliRequest& request);
     // Runs a command on a profile that the session has activated (every command but profiles,
-    // profile-add and import, which activate the profile themselves).
+    // profile-add, import and add, which activate the profile themselves).
     int RunOnProfile(CliSession& session, clsProfile& profile, const CliRequest& request);
 
 private:
@@ -32,7 +32,8 @@ private:
     int ProfileAdd(CliSession& session, const CliRequest& request);
     int Import(CliSession& session, const CliRequest& request);
     int Export(CliSession& session, clsProfile& profile, const CliRequest& request);
-    int Add(CliSession& session, clsProfile& profile, const CliRequest& request);
+    // Reads the address first (FeedDiscovery) unless --force is given, then subscribes.
+    int Add(CliSession& session, const CliRequest& request);
     int Remove(CliSession& session, clsProfile& profile, const CliRequest& request);
     int Fetch(CliSession& session, clsProfile& profile, const CliRequest& request);
     int List(CliSession& session, clsProfile& profile, const CliRequest& request);

@@ -86,7 +86,7 @@ void clsOPML::XMLDoc_onreadystatechange(int state) {
         return;
     }
     const XmlDocument doc = state == HttpRequest::icResponseCompleted ? XmlDocument::Parse(m_request->Body())
-                                                                       : XmlDocument::Adopt(nullptr);
+                                                                      : XmlDocument::Adopt(nullptr);
     if (!doc.IsNull()) {
         WalkOutlines(doc.DocumentElement());
     } else {
@@ -111,15 +111,22 @@ void clsOPML::WalkOutlines(const XmlNode& node) {
         return;
     }
     Entry entry;
+    // Some readers write only "title"; it names the outline when "text" does not.
+    QString titleAttribute;
     for (const auto& [name, value] : node.Attributes()) {
         const QString local = name.toLower();
         if (local == QStringLiteral("text")) {
             entry.title = value;
+        } else if (local == QStringLiteral("title")) {
+            titleAttribute = value;
         } else if (local == QStringLiteral("count")) {
             entry.expire = LeadingNumber(value);
         } else if (local == QStringLiteral("xmlurl")) {
-            entry.url = value;
+            entry.url = value.trimmed();
         }
+    }
+    if (entry.title.trimmed().isEmpty()) {
+        entry.title = titleAttribute;
     }
     m_entries.push_back(std::move(entry));
 }

@@ -15,7 +15,8 @@ class QEventLoop;
 class XmlNode;
 
 // Reads an OPML document from a file or a URL into a list of (URL, title, expire) entries, in the
-// order in which outlines end: a category comes after its members, with an empty URL.
+// order in which outlines end: a category comes after its members, with an empty URL. Folders may
+// nest at any depth the parser accepts; an outline with an "xmlUrl" is a feed whatever its "type".
 class clsOPML final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(clsOPML)

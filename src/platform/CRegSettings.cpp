@@ -101,7 +101,7 @@ CRegSettings::Store& CRegSettings::CurrentStore() {
             return store;
         }
     }
-    m_stores.append(Store{path, {}, {}, -1, false});
+    m_stores.append(Store{path, {}, {}, -1, false, {}});
     Reload(m_stores.last());
     return m_stores.last();
 }
@@ -118,9 +118,15 @@ void CRegSettings::Reload(Store& store) {
     store.size = size;
     store.stamp = stamp;
     QFile file(store.path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        Parse(file, store);
     }
+    for (const Change& change : std::as_const(store.pending)) {
+        Apply(store, change);
+    }
+}
+
+void CRegSettings::Parse(QFile& file, Store& store) {
     QTextStream in(&file);
     in.setEncoding(QStringConverter::Utf8);
     Section* current = nullptr;
@@ -144,7 +150,8 @@ void CRegSettings::Reload(Store& store) {
             store.damaged = true;
             continue;
         }
-        current->entries.append(Entry{Unescape(QStringView(line).left(equals)), Unescape(QStringView(line).mid(equals + 1))});
+        current->entries.append(
+            Entry{Unescape(QStringView(line).left(equals)), Unescape(QStringView(line).mid(equals + 1))});
     }
 }
 
@@ -172,7 +179,8 @@ bool CRegSettings::Write(Store& store) {
     for (const Section& section : store.sections) {
         bytes += '[' + Escape(section.name, QStringLiteral("]")).toUtf8() + "]\n";
         for (const Entry& entry : section.entries) {
-            bytes += Escape(entry.key, QStringLiteral("=[#;")).toUtf8() + '=' + Escape(entry.value, {}).toUtf8() + '\n';
+            bytes += Escape(entry.key, QStringLiteral("=[#;")).toUtf8() + '=' +
+                     Escape(entry.value, {}).toUtf8() + '\n';
         }
     }
     if (!AtomicFile::Write(store.path, bytes)) {
@@ -181,7 +189,69 @@ bool CRegSettings::Write(Store& store) {
     const QFileInfo info(store.path);
     store.size = info.size();
     store.stamp = info.lastModified();
+    store.pending.clear();
     return true;
+}
+
+bool CRegSettings::Apply(Store& store, const Change& change) {
+    if (change.remove && change.key.isEmpty()) {
+        const QString prefix = change.section + u'\\';
+        return store.sections.removeIf([&](const Section& s) {
+            return SameName(s.name, change.section) || s.name.startsWith(prefix, Qt::CaseInsensitive);
+        }) > 0;
+    }
+    Section* target = FindSection(store, change.section);
+    if (change.remove) {
+        return target &&
+               target->entries.removeIf([&](const Entry& e) { return SameName(e.key, change.key); }) > 0;
+    }
+    if (!target) {
+        store.sections.append(Section{change.section, {}});
+        target = &store.sections.last();
+    }
+    for (Entry& entry : target->entries) {
+        if (SameName(entry.key, change.key)) {
+            entry.value = change.value;
+            return true;
+        }
+    }
+    target->entries.append(Entry{change.key, change.value});
+    return true;
+}
+
+bool CRegSettings::Commit(Store& store, Change change) {
+    store.pending.append(std::move(change));
+    return m_deferDepth > 0 || Write(store);
+}
+
+bool CRegSettings::EndDeferred() {
+    if (--m_deferDepth > 0) {
+        return true;
+    }
+    bool written = true;
+    for (Store& store : m_stores) {
+        if (!store.pending.isEmpty()) {
+            Reload(store);
+            written = Write(store) && written;
+        }
+    }
+    return written;
+}
+
+CRegSettings::DeferredWrites::DeferredWrites(CRegSettings& settings) : m_settings(settings) {
+    ++m_settings.m_deferDepth;
+}
+
+CRegSettings::DeferredWrites::~DeferredWrites() {
+    End();
+}
+
+bool CRegSettings::DeferredWrites::End() {
+    if (m_ended) {
+        return true;
+    }
+    m_ended = true;
+    return m_settings.EndDeferred();
 }
 
 QString CRegSettings::GetSetting(const QString& section, const QString& key, const QString& defaultValue) {
@@ -215,29 +285,16 @@ bool CRegSettings::SaveSetting(const QString& section, const QString& key, const
         if (!QDir().mkpath(m_paths.AutostartFolder())) {
             return false;
         }
-        const QString text = QStringLiteral("[Desktop Entry]\nType=Application\nName=") + key +
-                             QStringLiteral("\nComment=Reader for RSS and Atom news channels\nExec=") + value +
-                             QStringLiteral("\nIcon=tamsel\nTerminal=false\nX-GNOME-Autostart-enabled=true\n");
+        const QString text =
+            QStringLiteral("[Desktop Entry]\nType=Application\nName=") + key +
+            QStringLiteral("\nComment=Reader for RSS and Atom news channels\nExec=") + value +
+            QStringLiteral("\nIcon=tamsel\nTerminal=false\nX-GNOME-Autostart-enabled=true\n");
         return AtomicFile::Write(AutostartFile(key), text.toUtf8());
     }
     Store& store = CurrentStore();
-    Section* target = FindSection(store, section);
-    if (!target) {
-        store.sections.append(Section{section, {}});
-        target = &store.sections.last();
-    }
-    bool replaced = false;
-    for (Entry& entry : target->entries) {
-        if (SameName(entry.key, key)) {
-            entry.value = value;
-            replaced = true;
-            break;
-        }
-    }
-    if (!replaced) {
-        target->entries.append(Entry{key, value});
-    }
-    return Write(store);
+    Change change{section, key, value, false};
+    Apply(store, change);
+    return Commit(store, std::move(change));
 }
 
 bool CRegSettings::DeleteSetting(const QString& section, const QString& key) {
@@ -245,18 +302,6 @@ bool CRegSettings::DeleteSetting(const QString& section, const QString& key) {
         return !key.isEmpty() && QFile::remove(AutostartFile(key));
     }
     Store& store = CurrentStore();
-    if (key.isEmpty()) {
-        const QString prefix = section + u'\\';
-        const qsizetype before = store.sections.size();
-        store.sections.removeIf([&](const Section& s) {
-            return SameName(s.name, section) || s.name.startsWith(prefix, Qt::CaseInsensitive);
-        });
-        return store.sections.size() != before && Write(store);
-    }
-    Section* found = FindSection(store, section);
-    if (!found) {
-        return false;
-    }
-    const qsizetype removed = found->entries.removeIf([&](const Entry& e) { return SameName(e.key, key); });
-    return removed > 0 && Write(store);
+    Change change{section, key, {}, true};
+    return Apply(store, change) && Commit(store, std::move(change));
 }

@@ -7,6 +7,9 @@
 #include <QDateTime>
 #include <QList>
 #include <QString>
+#include <QtGlobal>
+
+class QFile;
 
 // The settings store: text values by section and key, kept per user in an INI-style text file per
 // company and program ($config/Orvane/Tamsel.conf). Sections and keys compare without regard to
@@ -23,7 +26,8 @@ public:
 
     // The stored text; the default when the value is missing, empty or unreadable.
     QString GetSetting(const QString& section, const QString& key, const QString& defaultValue);
-    // Creates the section when needed; true when the value was written to disk.
+    // Creates the section when needed; true when the value was written to disk (or, inside a
+    // DeferredWrites stretch, held for its end).
     bool SaveSetting(const QString& section, const QString& key, const QString& value);
     // With a key: deletes that value. With an empty key: deletes the section and those below it.
     bool DeleteSetting(const QString& section, const QString& key);
@@ -31,6 +35,24 @@ public:
     // The usual text-to-boolean conversion: "True"/"False" in any case, numbers by non-zero.
     static bool ToBool(const QString& text);
     static QString FromBool(bool value);
+
+    // While one lives, changes of the settings files stay in memory (reads see them); the outermost
+    // one's end writes each changed file once. The start-up entry is still written at once.
+    class DeferredWrites final {
+    public:
+        explicit DeferredWrites(CRegSettings& settings);
+        // Ends the stretch if End() did not; a failed write is then ignored, as callers ignore
+        // SaveSetting's result.
+        ~DeferredWrites();
+        Q_DISABLE_COPY_MOVE(DeferredWrites)
+
+        // Ends the stretch now; false when a held change could not be written to disk.
+        bool End();
+
+    private:
+        CRegSettings& m_settings;
+        bool m_ended = false;
+    };
 
     static inline const QString kCompany = QStringLiteral("Orvane");
     static inline const QString kAppName = QStringLiteral("Tamsel");
@@ -44,23 +66,38 @@ private:
         QString name;
         QList<Entry> entries;
     };
+    // A change not yet on disk; an empty key with `remove` deletes the section and those below it.
+    struct Change {
+        QString section;
+        QString key;
+        QString value;
+        bool remove = false;
+    };
     struct Store {
         QString path;
         QList<Section> sections;
         QDateTime stamp;
         qint64 size = -1;
         bool damaged = false;
+        // Replayed over what another writer saved meanwhile, so that a reload keeps them.
+        QList<Change> pending;
     };
 
     bool IsAutostart(const QString& section) const;
     QString AutostartFile(const QString& key) const;
     Store& CurrentStore();
     void Reload(Store& store);
+    static void Parse(QFile& file, Store& store);
     bool Write(Store& store);
+    // Records the applied change and writes the store, or holds it while writes are deferred.
+    bool Commit(Store& store, Change change);
+    bool EndDeferred();
+    static bool Apply(Store& store, const Change& change);
     static Section* FindSection(Store& store, const QString& name);
 
     Paths m_paths;
     QString m_company = kCompany;
     QString m_appName = kAppName;
     QList<Store> m_stores;
+    int m_deferDepth = 0;
 };

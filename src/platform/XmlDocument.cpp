@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <functional>
 #include <utility>
+#include <libxml/HTMLparser.h>
+#include <libxml/encoding.h>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxml/xmlsave.h>
@@ -179,6 +181,27 @@ XmlDocument XmlDocument::Load(const QString& path, QString* error, const XmlPars
         withBase.baseUrl = path;
     }
     return Parse(file.readAll(), error, withBase);
+}
+
+XmlDocument XmlDocument::ParseHtml(const QByteArray& bytes, const QString& encoding) {
+    XmlSecurity::Install();
+    constexpr int kHtmlFlags = HTML_PARSE_NONET | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING;
+    QByteArray charset = encoding.trimmed().toLatin1();
+    // A charset libxml2 does not know would fail the whole parse; the page's own guess is better.
+    if (!charset.isEmpty()) {
+        if (xmlCharEncodingHandler* handler = xmlFindCharEncodingHandler(charset.constData())) {
+            xmlCharEncCloseFunc(handler);
+        } else {
+            charset.clear();
+        }
+    }
+    xmlDoc* doc = htmlReadMemory(bytes.constData(), int(bytes.size()), nullptr,
+                                 charset.isEmpty() ? nullptr : charset.constData(), kHtmlFlags);
+    if (doc && !xmlDocGetRootElement(doc)) {
+        xmlFreeDoc(doc);
+        doc = nullptr;
+    }
+    return XmlDocument(doc);
 }
 
 XmlNode XmlDocument::DocumentElement() const {

@@ -49,6 +49,10 @@ public:
     // A failed parse gives a null document and, when asked, the parser's message.
     static XmlDocument Parse(const QByteArray& bytes, QString* error = nullptr, const XmlParseOptions& options = {});
     static XmlDocument Load(const QString& path, QString* error = nullptr, const XmlParseOptions& options = {});
+    // A web page read by the forgiving HTML parser: no network, no external entities, no
+    // messages. `encoding` is the charset the server named (empty: the page's own meta tag or
+    // UTF-8). Null only when not even a root element could be made.
+    static XmlDocument ParseHtml(const QByteArray& bytes, const QString& encoding = {});
 
     bool IsNull() const { return m_doc == nullptr; }
     _xmlDoc* Raw() const { return m_doc; }

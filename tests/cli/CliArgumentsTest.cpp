@@ -33,6 +33,10 @@ TEST(CliArgumentsTest, OptionsStandBeforeOrAfterTheCommand) {
     EXPECT_EQ(request.arguments, QStringList{u"http://a.example/feed"_s});
     EXPECT_EQ(request.group, u"News"_s);
     EXPECT_EQ(request.profile, u"Bo"_s);
+    EXPECT_EQ(request.pick, 0);
+    ASSERT_TRUE(Parse(u"add example.org --pick=2"_s, &request));
+    EXPECT_EQ(request.pick, 2);
+    EXPECT_FALSE(request.force);
 }
 
 TEST(CliArgumentsTest, DefaultsOfList) {
@@ -81,6 +85,10 @@ TEST(CliArgumentsTest, UsageErrorsAreRefusedWithAReason) {
         u"profiles --profile Ann"_s,                // profiles lists all of them
         u"profile-add"_s,                           // name missing
         u"add http://a http://b"_s,                 // one URL only
+        u"add http://a --pick 0"_s,                 // feeds count from 1
+        u"add http://a --pick two"_s,               // not a number
+        u"add http://a --pick 2 --force"_s,         // pick reads the page, force does not
+        u"fetch --pick 1"_s,                        // not an option of fetch
         u"mark-read"_s,                             // what to mark is missing
         u"remove"_s,                                // URL missing
         u"fetch --version"_s,                       // the tool's option only

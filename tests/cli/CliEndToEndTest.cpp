@@ -353,8 +353,14 @@ TEST_F(CliEndToEndTest, FailedFeedsMakeTheExitStatusOne) {
     reset.reset = true;
     s_server->Serve(u"/reset"_s, reset);
     ASSERT_EQ(Run({u"profile-add"_s, kProfile}).exitCode, 0);
-    for (const QString& path : {u"/good"_s, u"/broken"_s, u"/missing"_s, u"/reset"_s}) {
-        const CliRun added = Run({u"add"_s, s_server->Url(path).toString()});
+    ASSERT_EQ(Run({u"add"_s, s_server->Url(u"/good"_s).toString()}).exitCode, 0);
+    // Feeds that cannot be read now are subscribed to only when the user insists.
+    for (const QString& path : {u"/broken"_s, u"/missing"_s, u"/reset"_s}) {
+        const CliRun refused = Run({u"add"_s, s_server->Url(path).toString()});
+        EXPECT_EQ(refused.exitCode, 1) << refused;
+        EXPECT_TRUE(refused.err.contains(u"--force subscribes to "_s + s_server->Url(path).toString()))
+            << refused;
+        const CliRun added = Run({u"add"_s, s_server->Url(path).toString(), u"--force"_s});
         ASSERT_EQ(added.exitCode, 0) << added;
     }
     const CliRun fetched = Run({u"fetch"_s});
@@ -366,6 +372,43 @@ TEST_F(CliEndToEndTest, FailedFeedsMakeTheExitStatusOne) {
     }
     EXPECT_FALSE(fetched.err.contains(s_server->Url(u"/good"_s).toString())) << fetched;
     EXPECT_EQ(List({}).size(), 1);
+}
+
+TEST_F(CliEndToEndTest, AddFindsTheFeedsAPageNamesAndPickChoosesOne) {
+    LocalHttpServer::Route page;
+    page.headers.append(std::pair<QByteArray, QByteArray>("Content-Type", "text/html"));
+    page.body = "<html><head><title>News site</title>"
+                "<link rel=\"alternate\" type=\"application/rss+xml\" title=\"Feed One\" href=\"../feed1\">"
+                "<link rel=\"alternate\" type=\"application/atom+xml\" href=\"" +
+                FeedUrl(2).toUtf8() + "\"></head><body>Stories</body></html>";
+    s_server->Serve(u"/site/index.html"_s, page);
+    const QString pageUrl = s_server->Url(u"/site/index.html"_s).toString();
+    ASSERT_EQ(Run({u"profile-add"_s, kProfile}).exitCode, 0);
+
+    // Two feeds: the user is asked to choose; a choice beyond them is refused.
+    const CliRun listed = Run({u"add"_s, pageUrl});
+    EXPECT_EQ(listed.exitCode, 1) << listed;
+    EXPECT_EQ(listed.out, pageUrl + u" names 2 feeds:\n  1. Feed One <"_s + FeedUrl(1) + u">\n  2. "_s +
+                              FeedUrl(2) + u'\n')
+        << listed;
+    EXPECT_TRUE(listed.err.contains(u"--pick N"_s)) << listed;
+    const CliRun beyond = Run({u"add"_s, pageUrl, u"--pick"_s, u"3"_s});
+    EXPECT_EQ(beyond.exitCode, 1) << beyond;
+    EXPECT_TRUE(beyond.err.contains(u"There is no feed 3"_s)) << beyond;
+
+    const CliRun picked = Run({u"add"_s, pageUrl, u"--pick"_s, u"2"_s, u"--group"_s, u"Picked"_s});
+    ASSERT_EQ(picked.exitCode, 0) << picked;
+    EXPECT_TRUE(
+        picked.out.endsWith(u"Subscribed to "_s + FeedUrl(2) + u"; it is in the group \"Picked\".\n"_s))
+        << picked;
+    // A "feed:" address that is a feed is subscribed to as it is.
+    const CliRun direct = Run({u"add"_s, u"feed:"_s + FeedUrl(3)});
+    EXPECT_EQ(direct.exitCode, 0) << direct;
+    EXPECT_EQ(direct.out, u"Subscribed to "_s + FeedUrl(3) + u"; it is in the group \"My Channels\".\n"_s);
+    // Those two only: the refused runs subscribed to nothing.
+    const CliRun fetched = Run({u"fetch"_s});
+    EXPECT_TRUE(fetched.out.endsWith(u"2 channel(s): 2 ok, 0 unchanged, 0 failed; 4 new item(s).\n"_s))
+        << fetched;
 }
 
 TEST_F(CliEndToEndTest, ExportWritesTheSubscribedChannels) {

@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -123,4 +124,53 @@ TEST(OpmlLateAnswerTest, AnAnswerAfterTheTimeOutOrAfterTheReadersEndIsIgnored) {
     doomed->LoadOPML(url);
     EXPECT_EQ(doomed, nullptr) << "the wait ended when the reader went";
     EXPECT_FALSE(http.Complete(url, "GET", list));
+}
+
+TEST_F(OpmlTest, AnotherReadersNestedFoldersGiveEveryFeedAsAnEntry) {
+    const QString path = QStringLiteral(TAMSEL_TEST_DATA_DIR) + u"/nested-folders.opml"_s;
+    OPML.LoadOPML(path);
+    ASSERT_EQ(loaded.count(), 1);
+    EXPECT_TRUE(host.popups.isEmpty()) << host.popups.join(u'\n').toStdString();
+    EXPECT_EQ(OPML.Title(), u"Subscriptions of Mira"_s);
+    struct Expected {
+        QString url;
+        QString title;
+        int expire;
+    };
+    // Members before their folder, at every depth; folders have no URL.
+    const QList<Expected> expected = {
+        {u"https://orbit.example/rss.xml"_s, u"Orbit Weekly"_s, 0},
+        {u"https://trench.example/atom.xml"_s, u"Trench Log"_s, 0},
+        {u"https://reef.example/feed"_s, u"Reef Watch"_s, 0},
+        {u"https://vent.example/index.xml"_s, u"Vent Notes"_s, 14},
+        {QString(), u"Abyss"_s, 0},
+        {QString(), u"Deep Sea"_s, 0},
+        {QString(), u"Science"_s, 0},
+        {QString(), u"Empty folder"_s, 0},
+        {u"http://loose.example/feed"_s, u"Loose Feed"_s, 0},
+    };
+    ASSERT_EQ(OPML.GetCount(), expected.size());
+    for (int index = 0; index < OPML.GetCount(); ++index) {
+        SCOPED_TRACE(index);
+        EXPECT_EQ(OPML.GetURL(index), expected[index].url);
+        EXPECT_EQ(OPML.GetTitle(index), expected[index].title);
+        EXPECT_EQ(OPML.GetExpire(index), expected[index].expire);
+    }
+}
+
+TEST_F(OpmlTest, TheTitleAttributeNamesAnOutlineOnlyWithoutText) {
+    const std::tuple<const char*, QString, QString> cases[] = {
+        {"<outline text=\"Text Wins\" title=\"Title Loses\" xmlUrl=\"http://a.example/rss\"/>",
+         u"http://a.example/rss"_s, u"Text Wins"_s},
+        {"<outline TITLE=\"Upper\" XmlUrl=\"http://a.example/rss\"/>", u"http://a.example/rss"_s, u"Upper"_s},
+        {"<outline title=\"Site only\" type=\"link\" url=\"http://a.example/\"/>", QString(), u"Site only"_s},
+    };
+    for (const auto& [outline, url, title] : cases) {
+        SCOPED_TRACE(outline);
+        home.Write(u"one.opml"_s, QByteArray("<opml version=\"1.1\"><body>") + outline + "</body></opml>");
+        OPML.LoadOPML(home.File(u"one.opml"_s));
+        ASSERT_EQ(OPML.GetCount(), 1);
+        EXPECT_EQ(OPML.GetURL(0), url);
+        EXPECT_EQ(OPML.GetTitle(0), title);
+    }
 }

@@ -97,4 +97,40 @@ TEST(SettingsText, BooleansAreTrueOrMinusOne) {
     }
 }
 
+TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) {
+    const QString file = QStringLiteral("config/Orvane/Tamsel.conf");
+    const QString common = QStringLiteral("Common");
+    const QString lastId = QStringLiteral("LastID");
+    ASSERT_TRUE(Save(common, lastId, QStringLiteral("2560")));
+    const QByteArray before = home.Read(file);
+    {
+        CRegSettings::DeferredWrites outer(settings);
+        {
+            CRegSettings::DeferredWrites inner(settings);
+            for (int id = 2561; id <= 2600; ++id) {
+                ASSERT_TRUE(Save(common, lastId, QString::number(id)));
+            }
+            EXPECT_TRUE(inner.End());
+        }
+        EXPECT_EQ(Get(common, lastId), QStringLiteral("2600"));
+        EXPECT_EQ(home.Read(file), before) << "written before the outermost stretch ended";
+        // Another writer meanwhile: the file is read again, and the held values stay.
+        CRegSettings other(home.GetPaths());
+        ASSERT_TRUE(
+            other.SaveSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QStringLiteral("False")));
+        EXPECT_EQ(Get(QStringLiteral("PREF"), QStringLiteral("ALERT")), QStringLiteral("False"));
+        EXPECT_EQ(Get(common, lastId), QStringLiteral("2600"));
+    }
+    CRegSettings reader(home.GetPaths());
+    EXPECT_EQ(reader.GetSetting(common, lastId, QString()), QStringLiteral("2600"));
+    EXPECT_EQ(reader.GetSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QString()),
+              QStringLiteral("False"));
+
+    // A final write that the disk refuses is reported.
+    ASSERT_TRUE(QFile::remove(home.File(file)) && QDir().mkpath(home.File(file)));
+    CRegSettings::DeferredWrites refused(settings);
+    EXPECT_TRUE(Save(common, lastId, QStringLiteral("2601")));
+    EXPECT_FALSE(refused.End());
+}
+
 } // namespace

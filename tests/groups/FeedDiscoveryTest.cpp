@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 Orvane
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "groups/FeedDiscovery.h"
+#include "platform/HttpClient.h"
+#include "support/EventPump.h"
+#include "support/FakeClock.h"
+#include "support/FakeHttpClient.h"
+#include "support/LocalHttpServer.h"
+#include "support/QStringPrinter.h"
+#include "support/TestHome.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A limit on waiting for the local server, so that a fault fails the test instead of hanging it.
+constexpr int kServerLimitMs = 20000;
+
+const QByteArray kRss = "<rss version=\"2.0\"><channel><title> Harbour  News </title></channel></rss>";
+const QByteArray kAtom = "<feed xmlns=\"http://www.w3.org/2005/Atom\"><title>Hill Journal</title></feed>";
+
+class FeedDiscoveryTest : public ::testing::Test {
+protected:
+    FeedDiscoveryTest() {
+        for (FeedDiscovery* each : {&discovery, &offline}) {
+            QObject::connect(each, &FeedDiscovery::Finished,
+                             [this](const QList<DiscoveredFeed>& found, const QString& why) {
+                                 ++reports;
+                                 feeds = found;
+                                 message = why;
+                             });
+        }
+    }
+
+    QString Url(const QString& path) const { return server.Url(path).toString(); }
+    // Discovers, serving the event loop until the one report came.
+    void Discover(const QString& address) {
+        server.ClearRequests();
+        reports = 0;
+        discovery.Discover(address);
+        EXPECT_TRUE(PumpUntil([this] { return reports > 0; }, kServerLimitMs));
+        EXPECT_EQ(reports, 1);
+    }
+
+    TestHome home;
+    FakeClock clock;
+    LocalHttpServer server;
+    NetworkHttpClient http{home.GetPaths()};
+    FeedDiscovery discovery{http, clock};
+    // Answered by the test, for what depends on the order of events.
+    FakeHttpClient fake;
+    FeedDiscovery offline{fake, clock};
+    int reports = 0;
+    QList<DiscoveredFeed> feeds;
+    QString message;
+};
+
+} // namespace
+
+TEST_F(FeedDiscoveryTest, AFeedGivesItselfWithItsTitleAPageTheWebFeedsItLinksInPageOrder) {
+    const QByteArray comments = Url(u"/comments.atom"_s).toUtf8();
+    const QByteArray links[][4] = {
+        // rel, type, title, href
+        {"alternate", "application/rss+xml", "Posts", "posts.xml"},
+        {"home ALTERNATE", "Application/RSS+XML; charset=utf-8", "", "../all.xml"},
+        {"alternate", "application/atom+xml", " All\n comments ", comments},
+        {"alternates", "application/rss+xml", "", "/no"},
+        {"alternate", "application/rss+xml", "", "javascript:alert(1)"},
+        {"alternate", "application/rss+xml", "", "file:///etc/passwd"},
+        {"alternate", "application/rss+xml", "", "  "},
+        {"alternate", "application/atom+xml", "Twice", "Posts.XML"},
+        {"alternate", "application/rdf+xml", "RDF", "/yes.rdf"},
+    };
+    QByteArray page = "<!DOCTYPE html><html><head><title>Blog</title>";
+    for (const auto& [rel, type, title, href] : links) {
+        page +=
+            "<link rel=\"" + rel + "\" type=\"" + type + "\" title=\"" + title + "\" href=\"" + href + "\">";
+    }
+    // The first base counts, also for the links before it.
+    server.ServeXml(u"/blog/index.html"_s, page +
+                                               "<base href=\"http://other.example/news/\"><base href=\"/x/\">"
+                                               "</head><body><p>Hello</p></body></html>");
+    server.ServeXml(u"/rss"_s, kRss);
+    home.Write(u"local.xml"_s, kAtom);
+    const QString local = home.File(u"local.xml"_s);
+    const std::pair<QString, QList<DiscoveredFeed>> cases[] = {
+        {Url(u"/blog/index.html"_s),
+         {{u"http://other.example/news/posts.xml"_s, u"Posts"_s},
+          {u"http://other.example/all.xml"_s, QString()},
+          {QString::fromUtf8(comments), u"All comments"_s},
+          {u"http://other.example/yes.rdf"_s, u"RDF"_s}}},
+        {Url(u"/rss"_s), {{Url(u"/rss"_s), u"Harbour News"_s}}},
+        {local, {{QUrl::fromLocalFile(local).toString(), u"Hill Journal"_s}}},
+    };
+    for (const auto& [typed, expected] : cases) {
+        SCOPED_TRACE(typed.toStdString());
+        Discover(typed);
+        EXPECT_EQ(message, QString());
+        EXPECT_EQ(feeds, expected);
+        EXPECT_EQ(server.Requests().size(), typed.startsWith(u"http"_s) ? 1 : 0); // only the address
+    }
+}
+
+TEST_F(FeedDiscoveryTest, AMessyPageIsReadAndItsEntityNamingALocalFileIsNot) {
+    home.Write(u"secret.txt"_s, "http://secret.example/rss");
+    // Not closed, links in the body, upper-case names, unquoted values, an entity naming a file.
+    server.ServeXml(u"/messy"_s,
+                    "<!DOCTYPE html [<!ENTITY xxe SYSTEM \"" +
+                        QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toEncoded() +
+                        "\">]><HTML><HEAD><TITLE>x</TITLE><body><div><LINK REL=alternate "
+                        "TYPE=application/atom+xml HREF=/body.atom TITLE=Body>"
+                        "<link rel=alternate type=application/rss+xml href=\"&xxe;\" title=Entity>"
+                        "<p>text &amp; <b>more");
+    Discover(Url(u"/messy"_s));
+    ASSERT_FALSE(feeds.isEmpty()) << message.toStdString();
+    EXPECT_EQ(feeds.first(), (DiscoveredFeed{Url(u"/body.atom"_s), u"Body"_s}));
+    EXPECT_FALSE(feeds.last().url.contains(u"secret"_s)) << "the entity's file was read";
+}
+
+TEST_F(FeedDiscoveryTest, APageWithoutFeedsTriesTheSitesCommonPathsInOrder) {
+    // The page, itself a common path, is not read twice.
+    server.ServeXml(u"/rss"_s, "<html><head><title>Subscribe</title></head><body>No feeds.</body></html>");
+    Discover(Url(u"/rss"_s));
+    EXPECT_EQ(message, u"No feed was found at "_s + Url(u"/rss"_s) + u'.');
+    EXPECT_EQ(server.Requests(), (QStringList{u"GET /rss"_s, u"GET /feed"_s, u"GET /atom.xml"_s,
+                                              u"GET /feed.xml"_s, u"GET /rss.xml"_s, u"GET /index.xml"_s}));
+
+    // The site's paths replace the page's path, query and fragment; a path that fails and a page
+    // that is no feed are passed over; nothing is asked for after the first feed.
+    server.ServeXml(u"/about?lang=en"_s, "<html><body>About us.</body></html>");
+    server.ServeXml(u"/atom.xml"_s, kAtom);
+    Discover(Url(u"/about?lang=en#top"_s));
+    EXPECT_EQ(feeds, (QList<DiscoveredFeed>{{Url(u"/atom.xml"_s), u"Hill Journal"_s}}));
+    EXPECT_EQ(server.Requests(),
+              (QStringList{u"GET /about?lang=en"_s, u"GET /feed"_s, u"GET /rss"_s, u"GET /atom.xml"_s}));
+
+    // A page that cannot be read gives the network's reason, and no site to try.
+    Discover(Url(u"/missing"_s));
+    EXPECT_TRUE(message.startsWith(Url(u"/missing"_s) + u" could not be read: "_s)) << message.toStdString();
+    EXPECT_EQ(server.Requests(), QStringList{u"GET /missing"_s});
+}
+
+TEST_F(FeedDiscoveryTest, RefusalsTheTimeLimitCancelAndNewDiscoveriesReportOnceFromTheEventLoop) {
+    // Refusals come from the event loop, never from inside Discover; a newer discovery drops them.
+    offline.Discover(u"gopher://old.example/"_s);
+    offline.Discover(u"javascript:alert(1)"_s);
+    EXPECT_TRUE(reports == 0 && offline.Busy());
+    QCoreApplication::processEvents();
+    ASSERT_EQ(reports, 1);
+    EXPECT_EQ(message, u"javascript:alert(1) is not an http, https or file address."_s);
+
+    // The time limit is for all requests together: the page, then a common path that never answers.
+    reports = 0;
+    offline.Discover(u"http://a.example/about"_s);
+    EXPECT_TRUE(fake.Complete(u"http://a.example/about"_s, "GET", "<html><body>No feeds.</body></html>"));
+    clock.Advance(FeedDiscovery::kTimeLimitMs - 1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(reports, 0);
+    clock.Advance(1);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(reports, 1);
+    EXPECT_EQ(message, u"http://a.example/about gave no answer within 15 seconds."_s);
+    EXPECT_EQ(clock.ActiveTimers(), 0);
+
+    // Cancel drops the request and the time limit.
+    reports = 0;
+    offline.Discover(u"http://a.example/feed"_s);
+    offline.Cancel();
+    EXPECT_FALSE(fake.Complete(u"http://a.example/feed"_s, "GET", kRss)) << "the request was dropped";
+    clock.Advance(FeedDiscovery::kTimeLimitMs * 2);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(reports, 0);
+
+    // A second discovery abandons the first; a receiver may start the next one from the report.
+    QObject::connect(&offline, &FeedDiscovery::Finished, &offline, [&] {
+        if (reports == 1) {
+            offline.Discover(u"http://c.example/"_s);
+        }
+    });
+    offline.Discover(u"http://a.example/feed"_s);
+    offline.Discover(u"http://b.example/feed"_s);
+    EXPECT_FALSE(fake.Complete(u"http://a.example/feed"_s, "GET", kRss));
+    EXPECT_TRUE(fake.Complete(u"http://b.example/feed"_s, "GET", kAtom));
+    ASSERT_EQ(reports, 1);
+    EXPECT_EQ(feeds, (QList<DiscoveredFeed>{{u"http://b.example/feed"_s, u"Hill Journal"_s}}));
+    EXPECT_EQ(fake.Waiting(u"http://c.example/"_s, "GET"), 1);
+}
+
+TEST(FeedDiscoveryAddressTest, TypedAddressesAreNormalised) {
+    const std::pair<QString, QString> cases[] = {
+        {u"\t example.com/feed.xml \n"_s, u"https://example.com/feed.xml"_s},
+        {u"HTTPS://Example.com/Feed"_s, u"https://Example.com/Feed"_s},
+        {u"localhost:8080/feed"_s, u"https://localhost:8080/feed"_s},
+        {u"//cdn.example/rss"_s, u"https://cdn.example/rss"_s},
+        {u"FEED://example.com/rss"_s, u"http://example.com/rss"_s},
+        {u"feed:https://example.com/rss"_s, u"https://example.com/rss"_s},
+        {u"feed:example.com/rss"_s, u"https://example.com/rss"_s},
+        {u"/home/me/news.xml"_s, u"file:///home/me/news.xml"_s},
+        {u"javascript:alert(1)"_s, u"javascript:alert(1)"_s},
+        {u"   "_s, QString()},
+    };
+    for (const auto& [typed, expected] : cases) {
+        EXPECT_EQ(FeedDiscovery::NormalisedAddress(typed), expected) << typed.toStdString();
+    }
+}
