@@ -38,6 +38,17 @@ void DragWindowEdge(QWidget* window, Qt::MouseButton button, Qt::Edges edges) {
     }
 }
 
+void SetTabChain(std::initializer_list<QWidget*> chain) {
+    // Qt 6.4 has no list form of setTabOrder.
+    QWidget* previous = nullptr;
+    for (QWidget* widget : chain) {
+        if (previous) {
+            QWidget::setTabOrder(previous, widget);
+        }
+        previous = widget;
+    }
+}
+
 void SetTopMost(QWidget* window, bool onTop) {
     if (!window || window->windowFlags().testFlag(Qt::WindowStaysOnTopHint) == onTop) {
         return;

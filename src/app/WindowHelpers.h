@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <Qt>
+#include <initializer_list>
 
 class CRegSettings;
 class QWidget;
@@ -16,6 +17,8 @@ void DragWindow(QWidget* window);
 // window is in its normal state.
 void DragWindowEdge(QWidget* window, Qt::MouseButton button, Qt::Edges edges);
 void SetTopMost(QWidget* window, bool onTop);
+// Sets the Tab order of the widgets, in the order given.
+void SetTabChain(std::initializer_list<QWidget*> chain);
 // Hourglass pointer and no input while the program works on the window's behalf.
 void BeginBusy(QWidget* window);
 void EndBusy(QWidget* window);

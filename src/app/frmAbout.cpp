@@ -50,6 +50,13 @@ QColor StepTowards(const QColor& from, const QColor& to) {
     return QColor(step(from.red(), to.red()), step(from.green(), to.green()), step(from.blue(), to.blue()));
 }
 
+// A web address reads as itself; the site that ships with the program has no address worth showing.
+QString LinkText(const QString& homePage) {
+    return homePage.startsWith(QStringLiteral("http"), Qt::CaseInsensitive)
+               ? homePage
+               : QStringLiteral("Tamsel Website");
+}
+
 } // namespace
 
 frmAbout::frmAbout(frmTamselSkin& skin, Desktop& desktop, QString homePage, QWidget* parent)
@@ -61,7 +68,7 @@ frmAbout::frmAbout(frmTamselSkin& skin, Desktop& desktop, QString homePage, QWid
                                 .arg(TAMSEL_VERSION_PATCH),
                             this)),
       Label1(new QLabel(QStringLiteral("Syndicated Information Retrival Platform"), this)),
-      picCredits(new SkinSurface(this)), Label2(new QLabel(m_homePage, this)),
+      picCredits(new SkinSurface(this)), Label2(new QLabel(LinkText(m_homePage), this)),
       cmdOk(new QPushButton(QStringLiteral("OK"), this)),
       cmdSysInfo(new QPushButton(QStringLiteral("&System Info"), this)), tmrCredits(new QTimer(this)) {
     setWindowTitle(QStringLiteral("About ") + kProductTitle);

@@ -10,9 +10,13 @@
 #include "app/colProfiles.h"
 #include "app/frmAbout.h"
 #include "app/frmLoading.h"
+#include "app/frmPreferences.h"
 #include "app/frmUser.h"
 #include "feeds/RSSChannel.h"
 #include "groups/RSSGroup.h"
+#include "groups/frmAddChannel.h"
+#include "groups/frmAddGroup.h"
+#include "groups/frmChannelManage.h"
 #include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
 #include "platform/CRegSettings.h"
@@ -20,6 +24,7 @@
 #include "platform/Memory.h"
 #include "skin/SkinColor.h"
 #include "skin/SkinSurface.h"
+#include "skin/frmSkin.h"
 #include "skin/frmTamselSkin.h"
 #include "ticker/frmTicker.h"
 #include "ticker/frmTickerView.h"
@@ -32,6 +37,7 @@
 #include <QCloseEvent>
 #include <QCursor>
 #include <QDir>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -51,6 +57,7 @@ const QString kSettings = QStringLiteral("SETTINGS");
 const QString kFirstRunKey = QStringLiteral("FISRTRUN");
 const QString kTrue = QStringLiteral("True");
 const QString kCollapseImage = QStringLiteral("collapse");
+const QString kGroupExists = QStringLiteral("Group already exists.  Please select another name.");
 constexpr int kDefaultWidth = 300;
 constexpr int kDefaultHeight = 520;
 // The window's default distance from the top and right edges of the screen, in twips.
@@ -172,19 +179,22 @@ frmMain::~frmMain() {
 }
 
 void frmMain::CreateMenus() {
-    mnuActions = new QMenu(QStringLiteral("&Actions"), this);
-    // The fixed entries lead to the channel dialogs; only reloading needs none.
-    for (const QString& caption : {QStringLiteral("&Add Channels..."), QStringLiteral("Add &Group...")}) {
-        mnuActions->addAction(caption)->setEnabled(false);
-    }
+    CreateFileMenu();
+    mnuActions = m_menuBar->addMenu(QStringLiteral("&Actions"));
+    connect(mnuActions->addAction(QStringLiteral("&Add Channels...")), &QAction::triggered, this,
+            &frmMain::mnuAddChannels_Click);
+    connect(mnuActions->addAction(QStringLiteral("Add &Group...")), &QAction::triggered, this,
+            [this] { ShowAddGroup(QString()); });
     connect(mnuActions->addAction(QStringLiteral("&Reload All Channels")), &QAction::triggered, this, [this] {
         for (int i = 1; m_User && i <= m_User->ChannelCount(); ++i) {
             if (RSSChannel* channel = m_User->GetChannel(i)) {
                 channel->ForceLoadRSS();
+                QCoreApplication::processEvents();
             }
         }
     });
-    mnuActions->addAction(QStringLiteral("&Delete Channels..."))->setEnabled(false);
+    connect(mnuActions->addAction(QStringLiteral("&Delete Channels...")), &QAction::triggered, this,
+            &frmMain::mnuDeleteChannels_Click);
     mnuADash1 = mnuActions->addSeparator();
 
     QAction* viewGroup = mnuActions->addAction(QStringLiteral("&View Channels in Group"));
@@ -195,7 +205,11 @@ void frmMain::CreateMenus() {
             [this] { ForEachChannelInGroup([](RSSChannel& channel) { channel.LoadRSS(); }); });
     m_groupEntries = {viewGroup, reloadGroup};
     QAction* renameGroup = mnuActions->addAction(QStringLiteral("Re&name Group"));
-    renameGroup->setEnabled(false);
+    connect(renameGroup, &QAction::triggered, this, [this] {
+        if (const QTreeWidgetItem* node = SelectedNode()) {
+            ShowAddGroup(GroupOfKey(node->data(0, kKeyRole).toString()));
+        }
+    });
     QAction* deleteGroup = mnuActions->addAction(QStringLiteral("&Delete Group"));
     connect(deleteGroup, &QAction::triggered, this, &frmMain::mnuDeleteGroup_Click);
     m_userGroupEntries = {renameGroup, deleteGroup};
@@ -263,12 +277,17 @@ void frmMain::CreateMenus() {
     connect(mnuTray, &QMenu::aboutToHide, this,
             [this] { QTimer::singleShot(0, this, &frmMain::mnuTray_Closed); });
 
-    m_menuBar->addMenu(mnuActions);
-    QMenu* help = m_menuBar->addMenu(QStringLiteral("&Help"));
-    connect(help->addAction(QStringLiteral("&Tamsel Website")), &QAction::triggered, this,
+    mnuHelp = m_menuBar->addMenu(QStringLiteral("&Help"));
+    QAction* helpChannel = mnuHelp->addAction(QStringLiteral("&Help Channel"));
+    // F1 works in frameless mode too, where the menu bar is hidden.
+    helpChannel->setShortcut(QKeySequence(Qt::Key_F1));
+    helpChannel->setShortcutContext(Qt::WindowShortcut);
+    addAction(helpChannel);
+    connect(helpChannel, &QAction::triggered, this, &frmMain::ShowHelpChannel);
+    connect(mnuHelp->addAction(QStringLiteral("&Tamsel Website")), &QAction::triggered, this,
             [this] { m_runtime.GetServices().desktop.OpenDocument(m_runtime.Site().HomePage()); });
-    help->addSeparator();
-    connect(help->addAction(QStringLiteral("&About...")), &QAction::triggered, this, [this] {
+    mnuHelp->addSeparator();
+    connect(mnuHelp->addAction(QStringLiteral("&About...")), &QAction::triggered, this, [this] {
         if (!m_frmAbout) {
             m_frmAbout =
                 new frmAbout(Skin(), m_runtime.GetServices().desktop, m_runtime.Site().HomePage(), this);
@@ -282,6 +301,204 @@ void frmMain::CreateMenus() {
     }
     m_menuBar->setAccessibleName(QStringLiteral("Menu"));
     m_menuBar->setVisible(Framed());
+}
+
+void frmMain::CreateFileMenu() {
+    mnuFile = m_menuBar->addMenu(QStringLiteral("&File"));
+    connect(mnuFile->addAction(QStringLiteral("Export &OPML File...")), &QAction::triggered, this,
+            &frmMain::mnuExportOPML_Click);
+    mnuFile->addSeparator();
+    mnuProfile = mnuFile->addMenu(QStringLiteral("&Profile"));
+    mnuProfile->addSeparator();
+    connect(mnuProfile->addAction(QStringLiteral("&New Profile...")), &QAction::triggered, this,
+            &frmMain::ShowNewUser);
+    connect(mnuProfile, &QMenu::triggered, this, [this](QAction* entry) {
+        // A checkable entry is a profile; choosing the active one changes nothing.
+        if (entry->isCheckable() && m_User && entry->data().toString() != m_User->Name()) {
+            ChangeUser(entry->data().toString());
+        }
+    });
+    connect(mnuFile->addAction(QStringLiteral("Change &Skin...")), &QAction::triggered, this,
+            &frmMain::mnuChangeSkin_Click);
+    connect(mnuFile->addAction(QStringLiteral("P&references...")), &QAction::triggered, this,
+            &frmMain::mnuPreferences_Click);
+    mnuTopMost = mnuFile->addAction(QStringLiteral("Always On &Top"));
+    mnuTopMost->setCheckable(true);
+    connect(mnuTopMost, &QAction::toggled, this, [this](bool onTop) { SetTopMost(this, onTop); });
+    mnuFile->addSeparator();
+    mnuShowTicker = mnuFile->addAction(QStringLiteral("Show Ticker &Bar"));
+    mnuShowTicker->setCheckable(true);
+    connect(mnuShowTicker, &QAction::triggered, this, [this](bool checked) { ShowTicker(checked); });
+    connect(mnuFile->addAction(QStringLiteral("&Close")), &QAction::triggered, this, &frmMain::MeClose);
+    connect(mnuFile, &QMenu::aboutToShow, this, &frmMain::LoadProfileMenu);
+}
+
+void frmMain::LoadProfileMenu() {
+    const int count = m_Users ? m_Users->UserCount() : 0;
+    QAction* dash = mnuProfile->actions().at(m_profileEntries.size());
+    for (int i = 0; i < count; ++i) {
+        if (i == m_profileEntries.size()) {
+            QAction* entry = new QAction(mnuProfile);
+            entry->setCheckable(true);
+            mnuProfile->insertAction(dash, entry);
+            m_profileEntries.append(entry);
+        }
+        const QString name = m_Users->User(i + 1)->Name();
+        m_profileEntries[i]->setText(MenuText(name));
+        m_profileEntries[i]->setData(name);
+        m_profileEntries[i]->setChecked(m_User && name == m_User->Name());
+        m_profileEntries[i]->setVisible(true);
+    }
+    for (qsizetype i = count; i < m_profileEntries.size(); ++i) {
+        m_profileEntries[i]->setVisible(false);
+    }
+}
+
+void frmMain::mnuExportOPML_Click() {
+    if (!m_User) {
+        return;
+    }
+    QFileDialog dlgExport(this, QStringLiteral("Export OPML File"), QDir::homePath(),
+                          QStringLiteral("OPML files (*.opml)"));
+    dlgExport.setAcceptMode(QFileDialog::AcceptSave);
+    dlgExport.setDefaultSuffix(QStringLiteral("opml"));
+    dlgExport.selectFile(m_User->Name() + QStringLiteral(".opml"));
+    RunModal(dlgExport);
+    if (dlgExport.result() == QDialog::Accepted && !dlgExport.selectedFiles().isEmpty() && m_User) {
+        m_User->SaveOPML(dlgExport.selectedFiles().constFirst());
+    }
+}
+
+void frmMain::mnuChangeSkin_Click() {
+    const Services services = m_runtime.GetServices();
+    frmSkin chooser(services.settings, services.paths, Skin().Host(), this);
+    RunModal(chooser);
+    m_viewers->CloseAll();
+    if (chooser.SkinChanged()) {
+        Skin().LoadSkin();
+    }
+}
+
+void frmMain::mnuAddChannels_Click() {
+    if (!m_User) {
+        return;
+    }
+    const Services services = m_runtime.GetServices();
+    frmAddChannel dialog(*this, services.settings, services.http, services.clock, Skin(), services.paths,
+                         this);
+    dialog.init();
+    dialog.SelectGroup(PreselectedGroup());
+    RunModal(dialog);
+}
+
+void frmMain::mnuDeleteChannels_Click() {
+    if (!m_User) {
+        return;
+    }
+    frmChannelManage dialog(*this, m_runtime.Settings(), Skin(), this);
+    dialog.ListChannels();
+    RunModal(dialog);
+}
+
+void frmMain::mnuPreferences_Click() {
+    frmPreferences dialog(m_runtime.Settings(), Skin(), this);
+    RunModal(dialog);
+}
+
+void frmMain::RunModal(QDialog& dialog) {
+    ++m_busyDepth;
+    dialog.exec();
+    --m_busyDepth;
+}
+
+void frmMain::ShowAddGroup(const QString& renamedGroup) {
+    if (!m_User) {
+        return;
+    }
+    auto* dialog = new frmAddGroup(*this, Skin(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::ApplicationModal);
+    if (!renamedGroup.isEmpty()) {
+        dialog->RenameGroup(renamedGroup);
+    }
+    dialog->show();
+}
+
+void frmMain::ShowHelpChannel() {
+    QTreeWidgetItem* node = Node(GroupName::Tamsel + u'|' + m_runtime.Site().HelpURL());
+    if (!node) {
+        return;
+    }
+    treMain->setCurrentItem(node);
+    treMain->scrollToItem(node);
+    treMain_NodeClick(node);
+}
+
+QString frmMain::PreselectedGroup() const {
+    // The dialog offers no reserved group: a folder or a maker's channel selected means none.
+    if (const QTreeWidgetItem* node = SelectedNode()) {
+        const QString group = GroupOfKey(node->data(0, kKeyRole).toString());
+        if (!IsReservedGroupName(group)) {
+            return group;
+        }
+    }
+    for (int i = m_User ? m_User->GroupCount() : 0; i >= 1; --i) {
+        if (const RSSGroup* group = m_User->GetGroup(i); group && !IsReservedGroupName(group->Name())) {
+            return group->Name();
+        }
+    }
+    return QString();
+}
+
+void frmMain::Inform(const QString& caption, const QString& text) {
+    ++m_busyDepth;
+    QMessageBox::information(this, caption, text);
+    --m_busyDepth;
+}
+
+bool frmMain::AddGroup(const QString& name) {
+    const QString trimmed = name.trimmed();
+    if (trimmed.isEmpty()) {
+        Inform(kTitle, QStringLiteral("Please enter a group name."));
+        return false;
+    }
+    if (!m_User) {
+        return false;
+    }
+    if (m_User->GetGroup(trimmed)) {
+        Inform(kTitle, kGroupExists);
+        return false;
+    }
+    m_User->AddGroup(trimmed);
+    m_User->SaveGroupXML();
+    return true;
+}
+
+bool frmMain::RenameGroup(const QString& oldName, const QString& newName) {
+    const QString trimmed = newName.trimmed();
+    if (trimmed.isEmpty()) {
+        Inform(kTitle, QStringLiteral("Please enter a Group Name"));
+        return false;
+    }
+    if (!m_User) {
+        return false;
+    }
+    if (!m_User->GetGroup(trimmed)) {
+        m_User->RenameGroup(oldName, trimmed);
+        RepopulateTreeMain();
+        return true;
+    }
+    if (trimmed == oldName) {
+        return true;
+    }
+    Inform(kTitle, kGroupExists);
+    return false;
+}
+
+void frmMain::RemoveChannel(const QString& key) {
+    if (m_User) {
+        m_User->RemoveChannel(key);
+    }
 }
 
 void frmMain::CreateTray() {
@@ -401,6 +618,11 @@ void frmMain::SkinHandler(const QString& function) {
         showMinimized();
     } else if (function == QStringLiteral("windowframe")) {
         ToggleFramed();
+    } else if (function == QStringLiteral("addchannel")) {
+        mnuAddChannels_Click();
+    } else if (function == QStringLiteral("profiles")) {
+        LoadProfileMenu();
+        mnuProfile->popup(QCursor::pos());
     }
 }
 
@@ -727,6 +949,7 @@ void frmMain::CreateTickerMenu() {
 
 void frmMain::ShowTicker(bool show) {
     mnuTrayTicker->setChecked(show);
+    mnuShowTicker->setChecked(show);
     m_runtime.Settings().SaveSetting(frmTicker::kSection, QStringLiteral("Show"),
                                      show ? kTrue : QStringLiteral("False"));
     if (!show) {
@@ -757,6 +980,7 @@ void frmMain::ShowTicker(bool show) {
     // Closed by its own close button: as the menu's "&Close Ticker Bar".
     connect(m_ticker, &frmTicker::Closed, this, [this] {
         mnuTrayTicker->setChecked(false);
+        mnuShowTicker->setChecked(false);
         if (!m_shutDownRan) {
             m_runtime.Settings().SaveSetting(frmTicker::kSection, QStringLiteral("Show"),
                                              QStringLiteral("False"));
@@ -1106,10 +1330,7 @@ void frmMain::treMain_KeyUp(int key, Qt::KeyboardModifiers modifiers) {
         mnuDeleteGroup_Click();
         return;
     }
-    ++m_busyDepth;
-    QMessageBox::information(this, QStringLiteral("Cannot Delete"),
-                             QStringLiteral("Remove all Channels before deleting Group"));
-    --m_busyDepth;
+    Inform(QStringLiteral("Cannot Delete"), QStringLiteral("Remove all Channels before deleting Group"));
 }
 
 void frmMain::treMain_NodeClick(QTreeWidgetItem* node) {
@@ -1235,8 +1456,6 @@ void frmMain::mnuDeleteGroup_Click() {
         SaveAllOrAsk();
         return;
     }
-    ++m_busyDepth;
-    QMessageBox::information(this, QStringLiteral("Cannot Delete Group"),
-                             QStringLiteral("Group not empty. Remove Channels before removing Group."));
-    --m_busyDepth;
+    Inform(QStringLiteral("Cannot Delete Group"),
+           QStringLiteral("Group not empty. Remove Channels before removing Group."));
 }

@@ -4,6 +4,7 @@
 
 #include "app/AppHost.h"
 #include "app/RefreshCoordinator.h"
+#include "groups/ChannelCommands.h"
 #include "skin/SkinImageListTarget.h"
 #include "skin/SkinPicture.h"
 #include "skin/SkinnedWindow.h"
@@ -16,6 +17,7 @@
 #include <memory>
 
 class QAction;
+class QDialog;
 class QMenu;
 class QMenuBar;
 class QSystemTrayIcon;
@@ -43,6 +45,7 @@ class frmUser;
 // ends the program the same way, and the tray's menu opens from a right click on the window.
 class frmMain final : public SkinnedWindow,
                       public AppHost,
+                      public ChannelCommands,
                       public SkinImageListTarget,
                       private RefreshCoordinator::Target {
     Q_OBJECT
@@ -79,14 +82,23 @@ public:
     // The 0-based position of the key in the image list, -1 when it has none.
     int ImageIndex(const QString& key) const;
 
-    colProfiles* Users() const { return m_Users.get(); }
+    // ChannelCommands
+    colProfiles* Users() const override { return m_Users.get(); }
+    bool AddGroup(const QString& name) override;
+    bool RenameGroup(const QString& oldName, const QString& newName) override;
+    void RemoveChannel(const QString& key) override;
     // Saves everything, then switches to the named profile and shows its tree. Nothing happens
     // when the save was cancelled or there is no such profile.
-    void ChangeUser(const QString& name);
+    void ChangeUser(const QString& name) override;
+
     // The tree node of a key (group, or group "|" channel URL), or none.
     QTreeWidgetItem* Node(const QString& key) const;
     QTreeWidget* Tree() const { return treMain; }
+    QMenuBar* MenuBar() const { return m_menuBar; }
+    QMenu* FileMenu() const { return mnuFile; }
+    QMenu* ProfileMenu() const { return mnuProfile; }
     QMenu* ActionsMenu() const { return mnuActions; }
+    QMenu* HelpMenu() const { return mnuHelp; }
     QMenu* TrayMenu() const { return mnuTray; }
     QMenu* TickerMenu() const { return mnuTicker; }
     frmTicker* Ticker() const;
@@ -98,6 +110,10 @@ public:
 
     // Rebuilds the tray's "&New Items" list from the channels that have new items.
     void LoadTrayMenu();
+    // One checkable entry per profile, the active one checked.
+    void LoadProfileMenu();
+    // Selects the help channel's node and opens its viewer.
+    void ShowHelpChannel();
     // Hides the window to the tray; without a tray, ends the program instead.
     void MeClose();
     // Saves everything and ends the program: the window goes at once, the process on a later tick.
@@ -124,6 +140,20 @@ private:
     bool UpdateChannelNode(RSSChannel& channel) override;
 
     void CreateMenus();
+    void CreateFileMenu();
+    void mnuExportOPML_Click();
+    void mnuChangeSkin_Click();
+    void mnuAddChannels_Click();
+    void mnuDeleteChannels_Click();
+    void mnuPreferences_Click();
+    // Add mode with an empty name, rename mode otherwise.
+    void ShowAddGroup(const QString& renamedGroup);
+    // A modal dialog; the profiles stay while it is open.
+    void RunModal(QDialog& dialog);
+    // A message box; the profiles stay while it is open.
+    void Inform(const QString& caption, const QString& text);
+    // The group of the selected node, or the profile's last group, never a reserved one.
+    QString PreselectedGroup() const;
     void CreateTray();
     void m_Users_ProfilesLoaded();
     void ShowNewUser();
@@ -191,7 +221,13 @@ private:
 
     QTreeWidget* treMain = nullptr;
     QMenuBar* m_menuBar = nullptr;
+    QMenu* mnuFile = nullptr;
+    QMenu* mnuProfile = nullptr;
+    QList<QAction*> m_profileEntries;
+    QAction* mnuTopMost = nullptr;
+    QAction* mnuShowTicker = nullptr;
     QMenu* mnuActions = nullptr;
+    QMenu* mnuHelp = nullptr;
     QAction* mnuADash1 = nullptr;
     QList<QAction*> m_channelEntries;
     QAction* mnuRemoveChannel = nullptr;

@@ -30,9 +30,20 @@ void ShowStartError(const QString& message) {
     }
 }
 
+// A Wayland client may neither place its windows nor reserve a screen edge, and Tamsel does both
+// (the ticker docks to an edge, every window returns where it was left). Where the session also
+// offers an X server, Tamsel runs as its client; QT_QPA_PLATFORM still chooses when it is set.
+void PreferX11OnWayland() {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") &&
+        qEnvironmentVariable("XDG_SESSION_TYPE") == u"wayland" && !qEnvironmentVariableIsEmpty("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    PreferX11OnWayland();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tamsel"));
     QApplication::setOrganizationName(QStringLiteral("Orvane"));

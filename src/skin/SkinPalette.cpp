@@ -5,6 +5,12 @@
 #include "skin/SkinColor.h"
 #include "skin/frmTamselSkin.h"
 
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QWidget>
+
 QPalette SkinPalette(QPalette palette, const QColor& frame, const QColor& base, const QColor& alternate,
                      const QColor& text) {
     const bool dark = base.lightness() < 128;
@@ -29,4 +35,21 @@ QPalette SkinPalette(const QPalette& palette, const frmTamselSkin& skin, int kin
     return SkinPalette(palette, SkinColor::ToQColor(skin.FrameColor(kind)),
                        SkinColor::ToQColor(skin.GridColorEven()), SkinColor::ToQColor(skin.GridColorOdd()),
                        SkinColor::ToQColor(skin.GetFontColor(skin.GridFont())));
+}
+
+void ApplySkinPalette(QWidget& window, const frmTamselSkin& skin, int kind) {
+    const QPalette palette = SkinPalette(window.palette(), skin, kind);
+    window.setPalette(palette);
+    constexpr int kDarkLightness = 128;
+    constexpr int kOutlineLighter = 170;
+    QPalette boxes = palette;
+    if (palette.color(QPalette::Base).lightness() < kDarkLightness) {
+        boxes.setColor(QPalette::Window, palette.color(QPalette::Mid).lighter(kOutlineLighter));
+    }
+    for (QWidget* control : window.findChildren<QWidget*>()) {
+        const bool outlined = qobject_cast<QAbstractButton*>(control) || qobject_cast<QLineEdit*>(control) ||
+                              qobject_cast<QComboBox*>(control) ||
+                              qobject_cast<QAbstractScrollArea*>(control);
+        control->setPalette(outlined ? boxes : palette);
+    }
 }

@@ -4,6 +4,7 @@
 
 #include <QPalette>
 
+class QWidget;
 class frmTamselSkin;
 
 // The colours that plain controls (lists, text boxes, buttons, scroll bars) take inside a skinned
@@ -14,3 +15,8 @@ QPalette SkinPalette(QPalette palette, const QColor& frame, const QColor& base, 
 
 // The same for a window of the skin's frame kind, its boxes in the colours of the item grid.
 QPalette SkinPalette(const QPalette& palette, const frmTamselSkin& skin, int kind);
+
+// Gives a dialog and all its controls the skin's palette. On a dark frame the outlines of check
+// boxes, text boxes and lists (drawn a shade darker than the frame) would vanish, so those
+// controls take a lighter frame colour.
+void ApplySkinPalette(QWidget& window, const frmTamselSkin& skin, int kind);

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "MainWindowFixture.h"
 #include "app/Runtime.h"
 #include "app/SharedHelpers.h"
 #include "app/clsProfile.h"
@@ -12,6 +13,7 @@
 #include "skin/SkinHost.h"
 #include "skin/frmTamselSkin.h"
 #include "support/EventPump.h"
+#include "support/FocusChain.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 #include "ticker/frmTicker.h"
@@ -32,109 +34,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int kPumpLimitMs = 10000;
-const QString kFeed = u"http://127.0.0.1:9/science.xml"_s;
-const QString kOther = u"http://127.0.0.1:9/other.xml"_s;
-
-class QuietSkinHost final : public SkinHost {
-public:
-    void ShowMessage(const QString& text) override { messages.append(text); }
-    QPointF CursorOn(const SkinSurface&) const override { return {-1000, -1000}; }
-    QStringList messages;
-};
-
-// Each node's text, indented by two blanks per level, top to bottom.
-QStringList Captions(const QTreeWidget& tree) {
-    QStringList captions;
-    for (QTreeWidgetItemIterator it(const_cast<QTreeWidget*>(&tree)); *it; ++it) {
-        int depth = 0;
-        for (const QTreeWidgetItem* up = (*it)->parent(); up; up = up->parent()) {
-            ++depth;
-        }
-        captions.append(QString(depth * 2, u' ') + (*it)->text(0));
-    }
-    return captions;
-}
-
-// Answers the next modal box with `button` once it shows, and tells what it said; a box that
-// never comes leaves `text` empty.
-void AnswerMessageBox(QMessageBox::StandardButton button, QString* text) {
-    QTimer::singleShot(0, [button, text] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            *text = box->text();
-            if (QAbstractButton* answer = box->button(button)) {
-                answer->click();
-            } else {
-                box->accept();
-            }
-        }
-    });
-}
-
-template <typename T> T* TopLevel() {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* found = qobject_cast<T*>(widget); found && found->isVisible()) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-// The profile Ana with the group Science holding one channel, and the group Empty, or no
-// profile at all for a first start.
-class MainWindowTest : public ::testing::Test {
-protected:
-    void Start(bool withProfile = true, bool trayAvailable = true) {
-        if (withProfile) {
-            home.Write(u"profiles/profiles.xml"_s, "<tamselprofiles><user><username>Ana</username>"
-                                                   "<default>true</default></user></tamselprofiles>");
-            const QString channels = u"<tamselchannels><channel><url>"_s + kFeed +
-                                     u"</url><title>Science Daily</title><update>600</update><id>A01</id>"
-                                     u"</channel><channel><url>"_s +
-                                     kOther +
-                                     u"</url><title>Other</title><update>600</update><id>A02</id></channel>"
-                                     u"</tamselchannels>"_s;
-            home.Write(u"profiles/Ana/channels.xml"_s, channels.toUtf8());
-            const QString groups = u"<groups><group><title>Science</title><expand>true</expand><channel>"_s +
-                                   kFeed +
-                                   u"</channel></group><group><title>Empty</title></group></groups>"_s;
-            home.Write(u"profiles/Ana/groups.xml"_s, groups.toUtf8());
-        } else {
-            runtime.InstallDataFolder();
-        }
-        runtime.LoadNamespaceStylesheet(nullptr);
-        window = std::make_unique<frmMain>(runtime, skin, trayAvailable);
-        if (withProfile) {
-            ASSERT_TRUE(PumpUntil([this] { return Loaded(); }, kPumpLimitMs));
-        }
-    }
-
-    bool Loaded() { return window->ActiveProfile() && window->Tree()->topLevelItemCount() > 0; }
-    QTreeWidget& Tree() { return *window->Tree(); }
-    RSSChannel& Channel(const QString& url) { return *window->ActiveProfile()->GetChannel(url); }
-    QTreeWidgetItem* Node(const QString& key) { return window->Node(key); }
-    void Select(QTreeWidgetItem* node) {
-        Tree().setFocus();
-        Tree().setCurrentItem(node);
-    }
-    // Visible entries of a menu, by caption.
-    static QStringList Shown(const QMenu& menu) {
-        QStringList shown;
-        for (const QAction* action : menu.actions()) {
-            if (action->isVisible()) {
-                shown.append(action->isSeparator() ? u"-"_s : action->text());
-            }
-        }
-        return shown;
-    }
-
-    TestHome home;
-    RecordingDesktop desktop;
-    Runtime runtime{home.GetPaths(), desktop};
-    QuietSkinHost skinHost;
-    frmTamselSkin skin{runtime.Settings(), home.GetPaths(), runtime.GetServices().clock, skinHost};
-    std::unique_ptr<frmMain> window;
-};
+using namespace main_window_test;
+using MainWindowTest = MainWindowFixture;
 
 TEST_F(MainWindowTest, AFirstStartAsksForANameThenShowsTheNewProfileTopToBottom) {
     Start(false);
@@ -358,25 +259,36 @@ TEST_F(MainWindowTest, TheTickerFollowsItsSettingAndItsEntriesAgree) {
     Start();
     QAction& trayEntry = *window->TrayMenu()->actions().at(2);
     ASSERT_EQ(trayEntry.text(), u"&Show Ticker Bar"_s);
+    QAction& fileEntry = *window->FileMenu()->actions().at(7);
+    ASSERT_EQ(fileEntry.text(), u"Show Ticker &Bar"_s);
+    const auto marksAgree = [&](bool shown) {
+        return trayEntry.isChecked() == shown && fileEntry.isChecked() == shown;
+    };
     ASSERT_NE(window->Ticker(), nullptr) << "shown at start when it was shown before";
-    EXPECT_TRUE(trayEntry.isChecked());
+    EXPECT_TRUE(marksAgree(true));
     EXPECT_EQ(Shown(*window->TickerMenu()),
               (QStringList{u"Open &Item in Browser"_s, u"&Open Tamsel"_s, u"-"_s, u"&Dock"_s, u"&Effects"_s,
                            u"&Close Ticker Bar"_s}));
 
     window->TickerMenu()->actions().last()->trigger();
     ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
-    EXPECT_FALSE(trayEntry.isChecked());
+    EXPECT_TRUE(marksAgree(false));
     EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"False"_s);
 
+    fileEntry.trigger();
+    ASSERT_NE(window->Ticker(), nullptr);
+    EXPECT_TRUE(marksAgree(true));
+    trayEntry.trigger();
+    ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
+    EXPECT_TRUE(marksAgree(false));
     trayEntry.trigger();
     ASSERT_NE(window->Ticker(), nullptr);
-    EXPECT_TRUE(trayEntry.isChecked());
+    EXPECT_TRUE(marksAgree(true));
     EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"True"_s);
     // Closed by its own button, the ticker clears the mark as the menu entry would.
     window->Ticker()->SkinHandler(u"close"_s);
     ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
-    EXPECT_FALSE(trayEntry.isChecked());
+    EXPECT_TRUE(marksAgree(false));
     EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"False"_s);
 }
 
@@ -435,23 +347,9 @@ TEST_F(MainWindowTest, DecodeTextReplacesTheFirstOfEachPlaceholder) {
 
 TEST_F(MainWindowTest, EveryFocusableControlHasAnAccessibleName) {
     Start();
-    QApplication::setActiveWindow(window.get());
-    Tree().setFocus();
-    QStringList unnamed;
-    QWidget* first = QApplication::focusWidget();
-    ASSERT_NE(first, nullptr);
-    QWidget* current = first;
-    for (int step = 0; step < 20; ++step) {
-        if (current->accessibleName().isEmpty()) {
-            unnamed.append(QString::fromUtf8(current->metaObject()->className()));
-        }
-        QTest::keyClick(current, Qt::Key_Tab);
-        current = QApplication::focusWidget();
-        if (!current || current == first) {
-            break;
-        }
-    }
-    EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(u", "_s).toStdString();
+    const FocusChain chain = FocusChain::Walk(*window, &Tree());
+    ASSERT_FALSE(chain.visited.isEmpty());
+    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
 }
 
 } // namespace
