@@ -3,6 +3,7 @@
 #pragma once
 
 #include "itembank/ItemTextIndex.h"
+#include "itembank/ItemTextMask.h"
 #include "platform/Paths.h"
 #include "platform/XmlDocument.h"
 #include "platform/XmlNode.h"
@@ -28,8 +29,9 @@ using ItemList = std::vector<XmlNode>;
 // back when the bank is released.
 //
 // The document is the store. Beside it the bank keeps compact indexes (items per channel and per
-// date, the state of each item, the guid, title and description texts) so that lists, counts and
-// duplicate checks never evaluate XPath over the whole document. Every change of items goes
+// date, the state of each item, the guid, title and description texts, a summary of the bytes in
+// each item's text) so that lists, counts, searches and duplicate checks never evaluate XPath over
+// the whole document. Every change of items goes
 // through the bank or through the item helpers of modItemHandler, which report to the bank that
 // owns the node (ItemEdit), so the indexes stay exact.
 //
@@ -138,6 +140,8 @@ private:
         quint32 channel = kNoId;
         quint32 date = kNoId;
         quint8 state = 0;
+        // Whether m_textMasks holds the summary of this item's current text.
+        mutable bool textMaskReady = false;
     };
 
     // The condition of a list: which items of which source pass.
@@ -186,6 +190,8 @@ private:
     quint32 DateIdOf(const QDate& date) const;
     std::vector<quint32> Candidates(const Selection& selection) const;
     ItemList ToList(const std::vector<quint32>& slotIds) const;
+    // Summarises the item's text, and takes the bytes read from `budget`.
+    void KeepTextMask(quint32 slot, qint64& budget) const;
     QDate Today() const;
 
     Clock& m_clock;
@@ -219,4 +225,6 @@ private:
     // The generation that items.xml holds, so that an unchanged bank is not rewritten.
     quint64 m_savedGeneration = 0;
     mutable std::deque<CachedSearch> m_searchCache;
+    // Beside m_slots, by slot number; an entry counts only while its slot's textMaskReady is set.
+    mutable std::vector<ItemTextMask> m_textMasks;
 };

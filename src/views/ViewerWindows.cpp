@@ -81,7 +81,8 @@ void ViewerWindows::CloseAll() {
 
 frmProperties& ViewerWindows::ChannelProperties() {
     if (!m_properties) {
-        m_properties = std::make_unique<frmProperties>(m_services.settings, m_services.desktop);
+        m_properties =
+            std::make_unique<frmProperties>(m_services.settings, m_services.desktop, m_services.skin);
     }
     return *m_properties;
 }

@@ -5,6 +5,8 @@
 #include "app/WindowHelpers.h"
 #include "feeds/RSSChannel.h"
 #include "platform/Desktop.h"
+#include "skin/SkinPalette.h"
+#include "skin/frmTamselSkin.h"
 #include "views/GuardedBrowser.h"
 
 #include <QCheckBox>
@@ -32,8 +34,10 @@ int WholeNumber(const QString& text) {
 }
 } // namespace
 
-frmProperties::frmProperties(CRegSettings& settings, Desktop& desktop, QWidget* parent)
-    : QDialog(parent), m_settings(settings), m_desktop(desktop), m_lstProp(new QTreeWidget(this)),
+frmProperties::frmProperties(CRegSettings& settings, Desktop& desktop, const frmTamselSkin& skin,
+                             QWidget* parent)
+    : QDialog(parent), m_settings(settings), m_desktop(desktop), m_skin(skin),
+      m_lstProp(new QTreeWidget(this)),
       m_lblReloadPre(new QLabel(QStringLiteral("Reload channel every"), this)),
       m_txtReload(new QLineEdit(this)), m_lblReloadPost(new QLabel(QStringLiteral("minutes"), this)),
       m_lblRemovePre(new QLabel(QStringLiteral("Remove items after"), this)),
@@ -46,11 +50,17 @@ frmProperties::frmProperties(CRegSettings& settings, Desktop& desktop, QWidget* 
     setModal(false);
     m_lstProp->setHeaderLabels({QStringLiteral("Property"), QStringLiteral("Value")});
     m_lstProp->setRootIsDecorated(false);
+    // Rows alternate like the item grid's, so that long values stay easy to follow across.
+    m_lstProp->setAlternatingRowColors(true);
     m_lstProp->setColumnWidth(0, kPropertyColumnWidth);
     m_lstProp->setContextMenuPolicy(Qt::CustomContextMenu);
     m_lstProp->setAccessibleName(QStringLiteral("Properties"));
     m_txtReload->setAccessibleName(QStringLiteral("Reload channel every (minutes)"));
     m_txtRemove->setAccessibleName(QStringLiteral("Remove items after (days)"));
+    m_chkOpenOnNew->setAccessibleName(m_chkOpenOnNew->text());
+    for (QPushButton* button : {m_cmdApply, m_cmdOk, m_cmdCancel}) {
+        button->setAccessibleName(button->text());
+    }
     m_lblReloadPre->setBuddy(m_txtReload);
     m_lblRemovePre->setBuddy(m_txtRemove);
 
@@ -87,7 +97,13 @@ frmProperties::frmProperties(CRegSettings& settings, Desktop& desktop, QWidget* 
     });
     connect(m_lstProp, &QTreeWidget::itemDoubleClicked, this,
             [this](QTreeWidgetItem* row) { OpenRowValue(row->text(1)); });
+    connect(&m_skin, &frmTamselSkin::SkinLoaded, this, &frmProperties::ApplySkin);
+    ApplySkin();
     resize(420, 440);
+}
+
+void frmProperties::ApplySkin() {
+    ApplySkinPalette(*this, m_skin, frmTamselSkin::KindDialog);
 }
 
 frmProperties::~frmProperties() = default;

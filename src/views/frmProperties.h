@@ -15,14 +15,17 @@ class QLineEdit;
 class QPushButton;
 class QTreeWidget;
 class RSSChannel;
+class frmTamselSkin;
 
 // "Properties": the feed properties of a channel with its three settings, or every element of an
-// item, read only. One window serves both; filling it again replaces what it showed.
+// item, read only. One window serves both; filling it again replaces what it showed. It wears the
+// colours of the current skin's dialogs.
 class frmProperties final : public QDialog {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(frmProperties)
 public:
-    frmProperties(CRegSettings& settings, Desktop& desktop, QWidget* parent = nullptr);
+    frmProperties(CRegSettings& settings, Desktop& desktop, const frmTamselSkin& skin,
+                  QWidget* parent = nullptr);
     ~frmProperties() override;
 
     void SetChannelProp(RSSChannel& channel);
@@ -50,12 +53,14 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void ApplySkin();
     void AddRow(const QString& name, const QString& value);
     void ShowSettings(bool visible);
     void OpenRowValue(const QString& value);
 
     CRegSettings& m_settings;
     Desktop& m_desktop;
+    const frmTamselSkin& m_skin;
     QPointer<RSSChannel> m_channel;
     QTreeWidget* m_lstProp;
     QLabel* m_lblReloadPre;

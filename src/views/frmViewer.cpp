@@ -25,6 +25,7 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTableWidget>
+#include <QTextDocumentFragment>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -47,6 +48,8 @@ constexpr std::array<FilterEntry, 9> kFilters{{
     {u"Deleted", u"_tamsel/deleted"},
 }};
 constexpr int kIconColumnWidth = 16;
+// The part of a description read for a row without a title; far more than a row shows.
+constexpr qsizetype kDescriptionRead = 4096;
 constexpr int kDateColumnWidth = 160;
 constexpr int kActionColumnWidth = 18;
 const QString kTrue = QStringLiteral("true");
@@ -93,6 +96,11 @@ frmViewer::frmViewer(ViewerServices services, QWidget* parent)
     m_flexItems->setSelectionMode(QAbstractItemView::SingleSelection);
     m_flexItems->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_flexItems->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The title takes what the other columns leave, also while the vertical scroll bar comes and
+    // goes; otherwise the rows overhang and a click on an icon slides the whole grid sideways.
+    m_flexItems->horizontalHeader()->setSectionResizeMode(ColTitle, QHeaderView::Stretch);
+    // Stretching re-applies the header's minimum to every column; the hidden one stays at 0.
+    m_flexItems->horizontalHeader()->setMinimumSectionSize(0);
     m_flexItems->setWordWrap(false);
     m_flexItems->setTextElideMode(Qt::ElideRight);
     m_flexItems->setIconSize(QSize(kIconColumnWidth, kIconColumnWidth));
@@ -344,7 +352,10 @@ void frmViewer::FillRow(int row, int index) {
     const QColor colour = SkinColor::ToQColor(row % 4 == 0 ? skin.GridColorOdd() : skin.GridColorEven());
     QString title = GetItemTitle(item);
     if (title.isEmpty()) {
-        title = GetItemDescription(item);
+        // Descriptions are HTML: the row shows their text, not their markup. Only the start is
+        // read, as the row shows only the start.
+        title =
+            QTextDocumentFragment::fromHtml(GetItemDescription(item).left(kDescriptionRead)).toPlainText();
     }
     title = ShortTitle(title.simplified());
     if (IsFolderView()) {
@@ -470,7 +481,7 @@ void frmViewer::ToggleDelete(int row, int index) {
 
 void frmViewer::OpenProperties(int index) {
     if (!m_properties) {
-        m_properties = new frmProperties(m_services.settings, m_services.desktop, this);
+        m_properties = new frmProperties(m_services.settings, m_services.desktop, m_services.skin, this);
     }
     m_properties->SetProp(m_items.at(size_t(index)));
     m_properties->show();
@@ -712,8 +723,6 @@ void frmViewer::LayoutPreview() {
 }
 
 void frmViewer::LayoutColumns() {
-    const int fixed =
-        kIconColumnWidth + kDateColumnWidth + kIconColumnWidth + 3 * kActionColumnWidth + kIconColumnWidth;
     m_flexItems->setColumnWidth(ColHidden, 0);
     m_flexItems->setColumnWidth(ColIcon, kIconColumnWidth);
     m_flexItems->setColumnWidth(ColDate, kDateColumnWidth);
@@ -722,7 +731,6 @@ void frmViewer::LayoutColumns() {
     m_flexItems->setColumnWidth(ColProp, kActionColumnWidth);
     m_flexItems->setColumnWidth(ColDelete, kActionColumnWidth);
     m_flexItems->setColumnWidth(ColEnd, kIconColumnWidth);
-    m_flexItems->setColumnWidth(ColTitle, std::max(0, m_flexItems->viewport()->width() - fixed));
     LayoutPreview();
 }
 

@@ -5,6 +5,7 @@
 #include "feeds/RSSChannel.h"
 #include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
+#include "skin/SkinColor.h"
 #include "views/GuardedBrowser.h"
 #include "views/ItemRenderer.h"
 #include "views/frmProperties.h"
@@ -18,6 +19,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QTest>
 #include <QTextDocument>
@@ -94,9 +96,9 @@ TEST_F(ViewerTest, LongTitlesAreCutAndFoldersNameTheChannel) {
     const QString exact(128, u'a');
     AddItem(exact);
     AddItem(QString(130, u'b'));
-    AddItem(QString(), QString(), QStringLiteral("Only a description"));
+    AddItem(QString(), QString(), QStringLiteral("<p>Only a <b>description</b> &amp; more</p>"));
     frmViewer& channelView = Open();
-    EXPECT_EQ(RowTitle(channelView, 0), QStringLiteral("Only a description"));
+    EXPECT_EQ(RowTitle(channelView, 0), QStringLiteral("Only a description & more"));
     EXPECT_EQ(RowTitle(channelView, 2), QString(125, u'b') + QStringLiteral("..."));
     EXPECT_EQ(RowTitle(channelView, 4), exact);
     EXPECT_EQ(RowTitle(Open(kUnread), 4), exact + QStringLiteral("  (") + kFeedTitle + u')');
@@ -418,4 +420,74 @@ TEST_F(PropertiesTest, AnItemShowsItsElementsReadOnly) {
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("http://example.org/story"));
     QTest::mouseClick(properties->cmdCancel(), Qt::LeftButton);
     EXPECT_FALSE(properties->isVisible());
+}
+
+// With the dark skin the window, its list and its boxes are dark too, and a skin change recolours
+// the open window.
+TEST_F(PropertiesTest, TheWindowWearsTheSkinsColoursAndFollowsAChange) {
+    frmProperties& properties = windows.ChannelProperties();
+    properties.SetChannelProp(Channel());
+    const auto frame = [this] { return SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)); };
+    const QColor defaultFrame = frame();
+    EXPECT_EQ(properties.palette().color(QPalette::Window), defaultFrame);
+
+    settings.SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QStringLiteral("Nightfall"));
+    skin.LoadSkin();
+    ASSERT_NE(frame(), defaultFrame);
+    EXPECT_EQ(properties.palette().color(QPalette::Window), frame());
+    constexpr int kDark = 128;
+    for (QWidget* control :
+         {static_cast<QWidget*>(properties.lstProp()), static_cast<QWidget*>(properties.txtReload()),
+          static_cast<QWidget*>(properties.txtRemove())}) {
+        SCOPED_TRACE(control->accessibleName().toStdString());
+        EXPECT_LT(control->palette().color(QPalette::Base).lightness(), kDark);
+        EXPECT_GT(control->palette().color(QPalette::Text).lightness(), kDark);
+    }
+    EXPECT_GT(properties.chkOpenOnNew()->palette().color(QPalette::WindowText).lightness(), kDark);
+}
+
+TEST_F(PropertiesTest, EveryControlInTheFocusChainHasAName) {
+    frmProperties& properties = windows.ChannelProperties();
+    properties.SetChannelProp(Channel());
+    properties.show();
+    QApplication::setActiveWindow(&properties);
+    properties.lstProp()->setFocus();
+    QList<QWidget*> visited;
+    QWidget* current = QApplication::focusWidget();
+    while (current && !visited.contains(current)) {
+        visited.append(current);
+        EXPECT_FALSE(current->accessibleName().isEmpty()) << current->metaObject()->className();
+        QTest::keyClick(current, Qt::Key_Tab);
+        current = QApplication::focusWidget();
+    }
+    EXPECT_EQ(visited, (QList<QWidget*>{properties.lstProp(), properties.txtReload(), properties.txtRemove(),
+                                        properties.chkOpenOnNew(), properties.cmdApply(), properties.cmdOk(),
+                                        properties.cmdCancel()}));
+    properties.close();
+}
+
+// With the preview open and the vertical scroll bar shown, the columns still fit the grid, so a
+// click on a row's icon does not slide the grid sideways.
+TEST_F(ViewerTest, TheColumnsFitTheGridWhateverScrollsVertically) {
+    AddItems(40);
+    frmViewer& viewer = Open();
+    viewer.show();
+    viewer.resize(700, 400);
+    viewer.flexItems_Click(0, frmViewer::ColTitle);
+    Settle(viewer);
+    QTableWidget* grid = viewer.flexItems();
+    ASSERT_TRUE(grid->verticalScrollBar()->isVisible());
+    int total = 0;
+    for (int column = 0; column < grid->columnCount(); ++column) {
+        total += grid->columnWidth(column);
+    }
+    EXPECT_EQ(total, grid->viewport()->width());
+    EXPECT_EQ(grid->columnWidth(frmViewer::ColHidden), 0);
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                      grid->visualRect(grid->model()->index(2, frmViewer::ColProp)).center());
+    EXPECT_EQ(grid->horizontalScrollBar()->value(), 0);
+    EXPECT_GT(grid->columnWidth(frmViewer::ColTitle), 0);
+    if (viewer.Properties()) {
+        viewer.Properties()->close();
+    }
 }
