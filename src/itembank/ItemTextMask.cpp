@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "itembank/ItemTextMask.h"
 
+#include "itembank/ItemTextFold.h"
+
 #include <libxml/tree.h>
 
 namespace {
@@ -17,16 +19,6 @@ constexpr int kByteBits = 8;
 constexpr quint32 kNoByte = 0x100;
 
 static_assert((quint64(1) << (32 - kBitShift)) == kBitCount);
-
-constexpr std::array<quint8, 256> MakeFoldTable() {
-    std::array<quint8, 256> table{};
-    for (int c = 0; c < 256; ++c) {
-        table[size_t(c)] = quint8(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    }
-    return table;
-}
-
-constexpr std::array<quint8, 256> kFold = MakeFoldTable();
 
 quint32 BitOf(quint32 first, quint32 second) {
     return (((first << kByteBits) | second) * kSpread) >> kBitShift;
@@ -53,7 +45,7 @@ ItemTextMask ItemTextMask::OfItem(const xmlNode* item, qint64& bytesRead) {
         if (IsTextLike(node) && node->content) {
             const xmlChar* at = node->content;
             for (; *at; ++at) {
-                const quint32 c = kFold[*at];
+                const quint32 c = kItemTextFold[*at];
                 const quint32 bit = BitOf(previous, c);
                 bits[bit / kWordBits] |= quint64(1) << (bit % kWordBits);
                 previous = c;
@@ -79,8 +71,8 @@ ItemTextMask ItemTextMask::OfItem(const xmlNode* item, qint64& bytesRead) {
 ItemTextMask ItemTextMask::OfNeedle(QByteArrayView needle) {
     ItemTextMask mask;
     for (qsizetype i = 1; i < needle.size(); ++i) {
-        const quint32 bit = BitOf(kFold[static_cast<unsigned char>(needle[i - 1])],
-                                  kFold[static_cast<unsigned char>(needle[i])]);
+        const quint32 bit = BitOf(kItemTextFold[static_cast<unsigned char>(needle[i - 1])],
+                                  kItemTextFold[static_cast<unsigned char>(needle[i])]);
         mask.m_bits[bit / kWordBits] |= quint64(1) << (bit % kWordBits);
     }
     return mask;

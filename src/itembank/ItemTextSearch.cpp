@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "itembank/ItemTextSearch.h"
 
+#include "itembank/ItemTextFold.h"
+
 #include <array>
 #include <libxml/tree.h>
 
@@ -15,18 +17,8 @@
 
 namespace {
 
-constexpr std::array<char, 256> MakeFoldTable() {
-    std::array<char, 256> table{};
-    for (int c = 0; c < 256; ++c) {
-        table[size_t(c)] = char(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    }
-    return table;
-}
-
-constexpr std::array<char, 256> kFold = MakeFoldTable();
-
 char FoldChar(char c) {
-    return kFold[static_cast<unsigned char>(c)];
+    return char(kItemTextFold[static_cast<unsigned char>(c)]);
 }
 
 bool IsTextLike(const xmlNode* node) {
