@@ -23,6 +23,21 @@ int StateOf(const QWidget* window) {
     return window->isMaximized() ? WindowPlacement::Maximized : WindowPlacement::Normal;
 }
 
+// Moved as little as needed (and made smaller if it must) to stand whole on the screen's work area.
+QRect KeptOnScreen(QRect placed, const QScreen* screen) {
+    if (!screen) {
+        return placed;
+    }
+    const QRect area = screen->availableGeometry();
+    placed.setWidth(std::min(placed.width(), area.width()));
+    placed.setHeight(std::min(placed.height(), area.height()));
+    placed.moveRight(std::min(placed.right(), area.right()));
+    placed.moveBottom(std::min(placed.bottom(), area.bottom()));
+    placed.moveLeft(std::max(placed.left(), area.left()));
+    placed.moveTop(std::max(placed.top(), area.top()));
+    return placed;
+}
+
 } // namespace
 
 void DragWindow(QWidget* window) {
@@ -98,21 +113,19 @@ void RestoreWindowPlacement(CRegSettings& settings, QWidget* window, const QStri
     case WindowPlacement::Maximized:
         window->setWindowState(Qt::WindowMaximized);
         break;
-    default:
+    default: {
+        // A place saved on a screen that is gone, or at another scale, would leave the window
+        // out of reach.
+        const QScreen* screen = QGuiApplication::screenAt(placement->geometry.center());
         window->setWindowState(Qt::WindowNoState);
-        window->setGeometry(placement->geometry);
+        window->setGeometry(KeptOnScreen(placement->geometry, screen ? screen : window->screen()));
         break;
+    }
     }
 }
 
 void PlaceCentredOver(QWidget* window, const QWidget* over) {
     QRect placed(QPoint(), window->size());
     placed.moveCenter(over->geometry().center());
-    if (const QScreen* screen = over->screen()) {
-        const QRect area = screen->availableGeometry();
-        placed.moveRight(std::min(placed.right(), area.right()));
-        placed.moveLeft(std::max(placed.left(), area.left()));
-        placed.moveTop(std::max(placed.top(), area.top()));
-    }
-    window->move(placed.topLeft());
+    window->move(KeptOnScreen(placed, over->screen()).topLeft());
 }
