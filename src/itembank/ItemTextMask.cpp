@@ -3,6 +3,7 @@
 #include "itembank/ItemTextMask.h"
 
 #include "itembank/ItemTextFold.h"
+#include "itembank/ItemTextNodes.h"
 
 #include <libxml/tree.h>
 
@@ -22,10 +23,6 @@ static_assert((quint64(1) << (32 - kBitShift)) == kBitCount);
 
 quint32 BitOf(quint32 first, quint32 second) {
     return (((first << kByteBits) | second) * kSpread) >> kBitShift;
-}
-
-bool IsTextLike(const xmlNode* node) {
-    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
 } // namespace
@@ -52,17 +49,7 @@ ItemTextMask ItemTextMask::OfItem(const xmlNode* item, qint64& bytesRead) {
             }
             bytesRead += qint64(at - node->content);
         }
-        if (node->type == XML_ELEMENT_NODE && node->children) {
-            node = node->children;
-            continue;
-        }
-        while (node && !node->next) {
-            node = node->parent;
-            if (node == item) {
-                node = nullptr;
-            }
-        }
-        node = node ? node->next : nullptr;
+        node = NextInItem(node, item);
     }
     mask.m_bits = bits;
     return mask;

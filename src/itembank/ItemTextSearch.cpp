@@ -3,6 +3,7 @@
 #include "itembank/ItemTextSearch.h"
 
 #include "itembank/ItemTextFold.h"
+#include "itembank/ItemTextNodes.h"
 
 #include <array>
 #include <libxml/tree.h>
@@ -19,10 +20,6 @@ namespace {
 
 char FoldChar(char c) {
     return char(kItemTextFold[static_cast<unsigned char>(c)]);
-}
-
-bool IsTextLike(const xmlNode* node) {
-    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
 #ifdef TAMSEL_ITEM_SEARCH_SSE2
@@ -99,17 +96,7 @@ bool ItemTextSearch::Matches(const xmlNode* item) const {
                 state = tail < end ? Advance(0, tail, end) : 0;
             }
         }
-        if (node->type == XML_ELEMENT_NODE && node->children) {
-            node = node->children;
-            continue;
-        }
-        while (node && !node->next) {
-            node = node->parent;
-            if (node == item) {
-                return false;
-            }
-        }
-        node = node ? node->next : nullptr;
+        node = NextInItem(node, item);
     }
     return false;
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "itembank/ItemXml.h"
 
+#include "itembank/ItemTextNodes.h"
+
 #include <libxml/tree.h>
 #include <libxml/xmlmemory.h>
 
@@ -11,10 +13,6 @@ namespace {
 
 std::string_view ViewOf(const xmlChar* chars) {
     return chars ? std::string_view(reinterpret_cast<const char*>(chars)) : std::string_view();
-}
-
-bool IsTextLike(const xmlNode* node) {
-    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
 } // namespace
