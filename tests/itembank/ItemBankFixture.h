@@ -3,61 +3,57 @@
 #pragma once
 
 #include "itembank/clsItemBank.h"
-#include "platform/XmlDocument.h"
+#include "itembank/modItemHandler.h"
 #include "support/FakeClock.h"
 #include "support/TestHome.h"
 
-#include <QDate>
-#include <QList>
-#include <QPair>
-#include <QString>
+#include <QFile>
 #include <QStringList>
+#include <algorithm>
 #include <deque>
 #include <gtest/gtest.h>
 #include <memory>
 
-// An item as the feed parser hands it to the bank: the channel, date and time attributes, the
-// feed's children, then read, flag, delete and channeltitle.
-struct TestItem {
-    QString channel = QStringLiteral("http://a.example/feed");
-    QDate date = QDate(2026, 11, 16);
-    QString time = QStringLiteral("09:00:00");
-    QList<QPair<QString, QString>> fields;
-    QString read = QStringLiteral("false");
-    QString flag = QStringLiteral("false");
-    QString deleted = QStringLiteral("false");
-    QString channelTitle = QStringLiteral("Channel A");
+using namespace Qt::Literals::StringLiterals;
 
-    TestItem& Field(const QString& name, const QString& value) {
-        fields.append({name, value});
-        return *this;
-    }
-    QString Xml() const;
-};
-
-// A bank of the profile "Tester" in a temporary home, with the clock on Monday 16 Nov 2026, 09:00.
+// The bank of the profile "Tester" in a temporary home, with the clock on Monday 16 Nov 2026, 09:00.
 class ItemBankFixture : public ::testing::Test {
 protected:
-    static const QString kProfile;
-    static const QString kChannelA;
-    static const QString kChannelB;
+    static inline const QString kChannelA = u"http://a.example/feed"_s;
+    static inline const QString kBankFile = u"profiles/Tester/items.xml"_s;
 
-    ItemBankFixture();
+    ItemBankFixture() { OpenBank(); }
 
     // (Re)creates the bank and loads the profile's items.xml.
-    void OpenBank();
-    // Closes the open bank (which saves it), then writes the profile's items.xml.
-    void WriteBankFile(const QByteArray& bytes);
-    QByteArray ReadBankFile() const;
-    QString BankFilePath() const;
-
-    // A node of a separate (feed) document, kept alive for the test.
-    XmlNode Candidate(const QString& itemXml);
-    bool Add(const TestItem& item) { return m_bank->AddItem(Candidate(item.Xml())); }
-
-    static QStringList Titles(const ItemList& items);
+    void OpenBank() {
+        m_bank.reset();
+        m_bank = std::make_unique<clsItemBank>(m_clock, m_home.GetPaths());
+        m_bank->init(u"Tester"_s);
+    }
+    // Closes the open bank first: it would write its own items.xml over the file as it goes.
+    void WriteBankFile(const QByteArray& bytes) {
+        m_bank.reset();
+        m_home.Write(kBankFile, bytes);
+    }
+    static QByteArray ReadData(const QString& name) {
+        QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+        return file.readAll();
+    }
+    // The root of a separate (feed) document, kept alive for the test.
+    XmlNode Candidate(const QByteArray& xml) {
+        QString error;
+        m_feeds.push_back(XmlDocument::Parse(xml, &error));
+        EXPECT_FALSE(m_feeds.back().IsNull()) << error.toStdString();
+        return m_feeds.back().DocumentElement();
+    }
+    static QStringList Titles(const ItemList& items) {
+        QStringList titles;
+        std::ranges::transform(items, std::back_inserter(titles), GetItemTitle);
+        return titles;
+    }
     // Titles of the root's children in document order, read from the document itself.
-    QStringList StoredTitles() const;
+    QStringList StoredTitles() const { return Titles(m_bank->XMLDoc().DocumentElement().ChildNodes()); }
 
     TestHome m_home;
     FakeClock m_clock;

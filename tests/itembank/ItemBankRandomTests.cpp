@@ -4,98 +4,64 @@
 // on the bank's own document, so that the bank's indexes and cached searches cannot drift unnoticed.
 #include "ItemBankFixture.h"
 
-#include "itembank/modItemHandler.h"
-
+#include <QHash>
 #include <random>
 
 namespace {
 
-const QString kOld = QStringLiteral("_tamsel/old");
-const QStringList kChannels = {QStringLiteral("http://a.example/feed"),
-                               QStringLiteral("http://c.example/it's"),
-                               QStringLiteral("http://d.example/\"q\""), kOld};
-const QStringList kFolders = {QStringLiteral("_tamsel/today"),   QStringLiteral("_tamsel/yesterday"),
-                              QStringLiteral("_tamsel/week"),    QStringLiteral("_tamsel/flagged"),
-                              QStringLiteral("_tamsel/deleted"), QStringLiteral("_tamsel/unread"),
-                              QStringLiteral("_tamsel/read")};
-const QStringList kWords = {QStringLiteral("alpha"), QStringLiteral("Beta"),        QStringLiteral("it's"),
-                            QStringLiteral("\"q\""), QStringLiteral("back\\slash"), QStringLiteral("Émile"),
-                            QStringLiteral("école"), QStringLiteral("false"),       QStringLiteral("TRUE")};
-const QStringList kSearches = {QStringLiteral("truefalse"), QStringLiteral("s'\"x"),
-                               QStringLiteral("  Alpha  "), QStringLiteral("É"), QStringLiteral("sefalseal")};
-const QStringList kStates = {QStringLiteral("read"), QStringLiteral("flag"), QStringLiteral("delete")};
+const QString kOld = u"_tamsel/old"_s;
+// A channel whose address is a folder key that is no folder.
+const QStringList kChannels = {u"http://a.example/feed"_s, u"http://c.example/2"_s, kOld};
+const QStringList kFolders = {u"_tamsel/today"_s,   u"_tamsel/yesterday"_s, u"_tamsel/week"_s,
+                              u"_tamsel/flagged"_s, u"_tamsel/deleted"_s,   u"_tamsel/unread"_s,
+                              u"_tamsel/read"_s};
+const QStringList kWords = {u"alpha"_s, u"Beta"_s, u"a&b"_s, u"Émile"_s, u"école"_s, u"false"_s, u"TRUE"_s};
+const QStringList kSearches = {u"truefalse"_s, u"  Alpha  "_s, u"É"_s, u"sefalseal"_s};
+const QStringList kStates = {u"read"_s, u"flag"_s, u"delete"_s};
 
 // ---- The reference: the lists' queries written out in XPath.
-
-QString Literal(const QString& text) {
-    if (!text.contains(u'\'')) {
-        return u'\'' + text + u'\'';
-    }
-    if (!text.contains(u'"')) {
-        return u'"' + text + u'"';
-    }
-    return QStringLiteral("concat('") + text.split(u'\'').join(QStringLiteral("', \"'\", '")) +
-           QStringLiteral("')");
-}
 
 QString Dates(const QDate& today, int from, int days) {
     QStringList tests;
     for (int back = from; back < from + days; ++back) {
-        tests.append(QStringLiteral("@date='") + FormatItemDate(today.addDays(-back)) + u'\'');
+        tests.append(u"@date='"_s + FormatItemDate(today.addDays(-back)) + u'\'');
     }
-    return u'(' + tests.join(QStringLiteral(" or ")) + u')';
+    return u'(' + tests.join(u" or "_s) + u')';
 }
 
 // The condition of a folder key (or of no folder); its "not deleted" part only when asked.
 QString FolderCondition(const QString& key, const QDate& today, bool notDeleted) {
-    const QString undeleted = notDeleted ? QStringLiteral(" and delete='false'") : QString();
-    if (key == u"_tamsel/flagged" || key == u"_tamsel/deleted") {
-        return key == u"_tamsel/flagged" ? QStringLiteral("flag='true'") : QStringLiteral("delete='true'");
-    }
-    const QString condition = key == u"_tamsel/today"       ? Dates(today, 0, 1)
-                              : key == u"_tamsel/yesterday" ? Dates(today, 1, 1)
-                              : key == u"_tamsel/week"      ? Dates(today, 0, 7)
-                              : key == kOld                 ? QStringLiteral("not") + Dates(today, 0, 7)
-                              : key == u"_tamsel/unread"    ? QStringLiteral("read='false'")
-                              : key == u"_tamsel/read"      ? QStringLiteral("read='true'")
-                                                            : QStringLiteral("true()");
-    return condition + undeleted;
-}
-
-bool IsFolderKey(const QString& key) {
-    return kFolders.contains(key) || key == kOld;
+    const QString undeleted = notDeleted ? u" and delete='false'"_s : QString();
+    const QHash<QString, QString> conditions = {{u"_tamsel/today"_s, Dates(today, 0, 1) + undeleted},
+                                                {u"_tamsel/yesterday"_s, Dates(today, 1, 1) + undeleted},
+                                                {u"_tamsel/week"_s, Dates(today, 0, 7) + undeleted},
+                                                {kOld, u"not"_s + Dates(today, 0, 7) + undeleted},
+                                                {u"_tamsel/unread"_s, u"read='false'"_s + undeleted},
+                                                {u"_tamsel/read"_s, u"read='true'"_s + undeleted},
+                                                {u"_tamsel/flagged"_s, u"flag='true'"_s},
+                                                {u"_tamsel/deleted"_s, u"delete='true'"_s}};
+    return conditions.value(key, u"true()"_s + undeleted);
 }
 
 QString ReferenceQuery(const QString& key, const QString& filter, const QString& search, const QDate& today) {
-    QString query = QStringLiteral("item[");
-    if (!kFolders.contains(key)) {
-        query += QStringLiteral("@channel=") + Literal(key) + QStringLiteral(" and ");
+    const auto isFolder = [](const QString& text) { return kFolders.contains(text) || text == kOld; };
+    QStringList conditions = {kFolders.contains(key) ? u"true()"_s : u"@channel='"_s + key + u'\''};
+    if (!search.trimmed().isEmpty()) {
+        conditions.append(u"contains(translate(., %1), translate('%2', %1))"_s.arg(
+            u"'ABCDEFGHIJKLMNOPQRSTUVWXYZ', 'abcdefghijklmnopqrstuvwxyz'"_s, search.trimmed()));
     }
-    QString needle = search.trimmed();
-    for (QChar& c : needle) {
-        c = c >= u'A' && c <= u'Z' ? c.toLower() : c;
-    }
-    if (!needle.isEmpty()) {
-        query += QStringLiteral("contains(translate(., 'ABCDEFGHIJKLMNOPQRSTUVWXYZ', "
-                                "'abcdefghijklmnopqrstuvwxyz'), ") +
-                 Literal(needle) + QStringLiteral(") and ");
-    }
-    QStringList conditions;
-    if (IsFolderKey(key)) {
+    if (isFolder(key)) {
         conditions.append(FolderCondition(key, today, true));
     }
     if (filter.isEmpty() || filter != key) {
         // In the Deleted folder the filters narrow the deleted items.
         conditions.append(
-            FolderCondition(IsFolderKey(filter) ? filter : QString(), today, key != u"_tamsel/deleted"));
+            FolderCondition(isFolder(filter) ? filter : QString(), today, key != u"_tamsel/deleted"));
     }
-    query += conditions.join(QStringLiteral(" and "));
-    return query + u']';
+    return u"item["_s + conditions.join(u" and "_s) + u']';
 }
 
 // ---- Random items and changes
-
-using Children = std::vector<std::pair<QString, QString>>; // name, markup
 
 class RandomItemBank : public ItemBankFixture, public ::testing::WithParamInterface<unsigned> {
 protected:
@@ -106,106 +72,66 @@ protected:
     template <typename List> auto Pick(const List& list) { return list[size_t(Roll(int(list.size())))]; }
     QString Words() { return Pick(kWords) + (Chance(50) ? u' ' + Pick(kWords) : QString()); }
     static QString Element(const QString& name, const QString& text) {
-        return u'<' + name + u'>' + text.toHtmlEscaped() + QStringLiteral("</") + name + u'>';
+        return u'<' + name + u'>' + text.toHtmlEscaped() + u"</"_s + name + u'>';
     }
+    // Mostly "true" or "false", sometimes not quite.
     QString StateText() {
-        const int roll = Roll(100);
-        return roll < 45   ? QStringLiteral("false")
-               : roll < 90 ? QStringLiteral("true")
-                           : Pick(QStringList{QStringLiteral("True"), QStringLiteral(" false"), QString()});
-    }
-    static QString Xml(const QString& attributes, const Children& children) {
-        QString xml = QStringLiteral("<item") + attributes + u'>';
-        for (const auto& child : children) {
-            xml += child.second;
-        }
-        return xml + QStringLiteral("</item>");
+        return Pick(QStringList{u"false"_s, u"false"_s, u"false"_s, u"false"_s, u"true"_s, u"true"_s,
+                                u"true"_s, u"true"_s, u"True"_s, u" false"_s, QString()});
     }
 
     // Items with missing or odd attributes and children, nested and prefixed children, and state
     // children that are missing, doubled or not quite "true"/"false".
-    QString MakeItem(Children& children) {
-        QString attributes =
-            Chance(5) ? QString() : QStringLiteral(" channel=\"") + Pick(kChannels).toHtmlEscaped() + u'"';
-        attributes += Chance(4) ? QStringLiteral(" date=\"someday\"")
-                                : QStringLiteral(" date=\"") +
-                                      FormatItemDate(m_clock.Now().date().addDays(3 - Roll(16))) + u'"';
-        const auto add = [&children](const QString& name, const QString& markup) {
-            children.emplace_back(name, markup);
-        };
-        if (Chance(85)) {
-            add(QStringLiteral("title"), Element(QStringLiteral("title"), Chance(5) ? QString() : Words()));
-        }
-        if (Chance(70)) {
-            add(QStringLiteral("description"),
-                Element(QStringLiteral("description"), Words() + u' ' + Words()));
-        }
-        if (Chance(60)) {
-            add(QStringLiteral("guid"),
-                Element(QStringLiteral("guid"), Chance(8) ? QString() : QStringLiteral("g%1").arg(Roll(40))));
-        }
-        if (Chance(30)) {
-            add(QStringLiteral("category"), Element(QStringLiteral("category"), Pick(kWords)));
-        }
-        if (Chance(10)) {
-            add(QStringLiteral("source"), QStringLiteral("<source><name>") + Pick(kWords).toHtmlEscaped() +
-                                              QStringLiteral("</name>tail</source>"));
-        }
-        if (Chance(10)) {
-            add(QStringLiteral("dc:creator"),
-                QStringLiteral("<dc:creator xmlns:dc=\"urn:dc\">alpha</dc:creator>"));
+    QString MakeItem() {
+        QString xml = u"<item"_s + (Chance(5) ? QString() : u" channel=\""_s + Pick(kChannels) + u'"');
+        const QDate date = m_clock.Now().date().addDays(3 - Roll(16));
+        xml += u" date=\""_s + (Chance(4) ? u"someday"_s : FormatItemDate(date)) + u"\">"_s;
+        // Each optional child with its chance in percent.
+        const std::pair<int, QString> optional[] = {
+            {85, Element(u"title"_s, Chance(5) ? QString() : Words())},
+            {70, Element(u"description"_s, Words() + u' ' + Words())},
+            {60, Element(u"guid"_s, Chance(8) ? QString() : u"g%1"_s.arg(Roll(40)))},
+            {30, u"<source><name>"_s + Pick(kWords).toHtmlEscaped() + u"</name>tail</source>"_s},
+            {10, u"<dc:creator xmlns:dc=\"urn:dc\">alpha</dc:creator>"_s}};
+        for (const auto& [percent, markup] : optional) {
+            if (Chance(percent)) {
+                xml += markup;
+            }
         }
         for (const QString& state : kStates) {
             for (int n = Chance(8) ? 0 : Chance(6) ? 2 : 1; n > 0; --n) {
-                add(state, Element(state, StateText()));
+                xml += Element(state, StateText());
             }
         }
-        add(QStringLiteral("channeltitle"), Element(QStringLiteral("channeltitle"), Words()));
-        return attributes;
+        return xml + Element(u"channeltitle"_s, Words()) + u"</item>"_s;
     }
 
     // A new item, or a variant of one made before: exact twins, changed titles, other states.
-    QString MakeCandidate() {
-        if (m_made.empty() || Chance(40)) {
-            Children children;
-            const QString attributes = MakeItem(children);
-            m_made.emplace_back(attributes, children);
-            return Xml(attributes, children);
+    XmlNode MakeCandidate() {
+        if (m_made.isEmpty() || Chance(40)) {
+            m_made.append(MakeItem());
+            return Candidate(m_made.last().toUtf8());
         }
-        auto [attributes, children] = Pick(m_made);
-        for (auto& [name, markup] : children) {
-            if (name == u"title" && Chance(30)) {
-                markup = Element(name, Words());
-            } else if (kStates.contains(name) && Chance(50)) {
-                markup = Element(name, StateText());
-            }
+        const XmlNode item = Candidate(Pick(m_made).toUtf8());
+        if (Chance(60)) {
+            ChangeAChild(item);
         }
         if (Chance(15)) {
-            children.erase(children.begin() + Roll(int(children.size())));
+            XmlDocument::RemoveChild(item, Pick(item.ChildNodes()));
         }
-        return Xml(attributes, children);
+        return item;
     }
 
     XmlNode Root() const { return m_bank->XMLDoc().DocumentElement(); }
     std::vector<XmlNode> Reference(const QString& key, const QString& filter, const QString& search) const {
         return Root().SelectNodes(ReferenceQuery(key, filter, search, m_clock.Now().date()));
     }
-    QString AnyKey() {
-        return Chance(10) ? QStringLiteral("http://unknown.example/") : Pick(kFolders + kChannels);
-    }
-    QString AnyFilter() {
-        return Chance(20) ? Pick(QStringList{QString(), QStringLiteral("bogus")})
-                          : Pick(kFolders + QStringList{kOld});
-    }
+    QString AnyKey() { return Chance(10) ? u"http://unknown.example/"_s : Pick(kFolders + kChannels); }
+    QString AnyFilter() { return Pick(kFolders + QStringList{kOld, QString(), u"bogus"_s}); }
 
     void ExpectSameList(const QString& key, const QString& filter, const QString& search) {
-        const ItemList actual = m_bank->SubChannelList(key, filter, search);
-        EXPECT_EQ(actual, Reference(key, filter, search))
-            << "key " << key.toStdString() << ", filter " << filter.toStdString() << ", search "
-            << search.toStdString() << " at step " << m_step;
-        if (Chance(5)) {
-            m_held.push_back(actual);
-        }
+        EXPECT_EQ(m_bank->SubChannelList(key, filter, search), Reference(key, filter, search))
+            << QStringList({key, filter, search}).join(u" / "_s).toStdString() << " at step " << m_step;
     }
 
     void Check(int lists) {
@@ -220,72 +146,46 @@ protected:
         for (int n = 0; n < lists; ++n) {
             ExpectSameList(AnyKey(), AnyFilter(), Chance(50) ? QString() : Pick(kSearches + kWords));
         }
-        EXPECT_EQ(m_bank->UnreadTodayList(),
-                  Reference(QStringLiteral("_tamsel/today"), QStringLiteral("_tamsel/unread"), QString()));
+        EXPECT_EQ(m_bank->UnreadTodayList(), Reference(u"_tamsel/today"_s, u"_tamsel/unread"_s, QString()));
         EXPECT_EQ(m_bank->Count(), int(Root().ChildNodes().size())) << "step " << m_step;
-        // Whatever the bank removed meanwhile, lists handed out stay readable.
-        for (const ItemList& held : m_held) {
-            for (const XmlNode& item : held) {
-                EXPECT_EQ(item.Name(), QStringLiteral("item"));
-                GetItemTitle(item);
-            }
-        }
+    }
+
+    // A state child gets a state text, or the title or guid other words.
+    void ChangeAChild(const XmlNode& item) {
+        const QString child = Pick(kStates + QStringList{u"title"_s, u"guid"_s});
+        SetChildText(item, child, kStates.contains(child) ? StateText() : Words());
     }
 
     void ChangeAnItem() {
         const ItemList list = m_bank->SubChannelList(AnyKey(), AnyFilter(), QString());
-        if (list.empty()) {
-            return;
-        }
-        const XmlNode item = Pick(list);
-        if (Chance(60)) {
-            SetChildText(item, Pick(kStates), StateText());
-        } else {
-            SetChildText(item, Pick(QStringList{QStringLiteral("title"), QStringLiteral("guid")}),
-                         Chance(50) ? Words() : QStringLiteral("g%1").arg(Roll(40)));
+        if (!list.empty()) {
+            ChangeAChild(Pick(list));
         }
     }
 
     // The duplicate rules, found by XPath: one guid twin decides; otherwise the title (or, without
     // one, the description) twins, and a candidate with neither is dropped.
     void AddACandidate() {
-        const XmlNode candidate = Candidate(MakeCandidate());
-        const std::vector<XmlNode> before = Root().ChildNodes();
-        bool expectAdded = false;
-        XmlNode replaced;
-        const QString guid = GetChildText(candidate, QStringLiteral("guid"));
+        const XmlNode candidate = MakeCandidate();
+        const int before = m_bank->Count();
         const std::vector<XmlNode> guidTwins =
-            guid.isEmpty() ? std::vector<XmlNode>()
-                           : Root().SelectNodes(QStringLiteral("item[guid=%1]").arg(Literal(guid)));
-        if (guidTwins.size() == 1) {
-            expectAdded = !clsItemBank::Same(guidTwins.front(), candidate);
-            replaced = expectAdded ? guidTwins.front() : XmlNode();
-        } else {
-            const bool hasTitle = !candidate.FirstChildElement(QStringLiteral("title")).IsNull();
-            const QString field = hasTitle ? QStringLiteral("title") : QStringLiteral("description");
-            expectAdded = !candidate.FirstChildElement(field).IsNull();
-            for (const XmlNode& twin : Root().SelectNodes(
-                     QStringLiteral("item[%1=%2]").arg(field, Literal(GetChildText(candidate, field))))) {
-                expectAdded = expectAdded && !clsItemBank::Same(twin, candidate);
-            }
+            Root().SelectNodes(u"item[guid='%1' and '%1'!='']"_s.arg(GetChildText(candidate, u"guid"_s)));
+        const QString field =
+            candidate.FirstChildElement(u"title"_s).IsNull() ? u"description"_s : u"title"_s;
+        bool expectAdded = guidTwins.size() == 1 || !candidate.FirstChildElement(field).IsNull();
+        const std::vector<XmlNode> twins =
+            guidTwins.size() == 1
+                ? guidTwins
+                : Root().SelectNodes(u"item[%1='%2']"_s.arg(field, GetChildText(candidate, field)));
+        for (const XmlNode& twin : twins) {
+            expectAdded = expectAdded && !clsItemBank::Same(twin, candidate);
         }
 
         EXPECT_EQ(m_bank->AddItem(candidate), expectAdded) << "step " << m_step;
 
-        std::vector<XmlNode> after = Root().ChildNodes();
-        if (!replaced.IsNull()) {
-            const size_t at = size_t(std::find(before.begin(), before.end(), replaced) - before.begin());
-            ASSERT_EQ(after.size(), before.size());
-            EXPECT_NE(after[at], replaced);
-            EXPECT_EQ(GetItemTitle(after[at]), GetItemTitle(candidate));
-            EXPECT_EQ(GetChildText(after[at], QStringLiteral("read")),
-                      GetChildText(candidate, QStringLiteral("read")));
-        } else if (expectAdded) {
-            ASSERT_EQ(after.size(), before.size() + 1);
-            EXPECT_EQ(GetItemTitle(after.back()), GetItemTitle(candidate));
-        } else {
-            EXPECT_EQ(after, before);
-        }
+        // A changed single guid twin takes the stored item's place; anything else added is one item more.
+        EXPECT_EQ(m_bank->Count(), before + (expectAdded && guidTwins.size() != 1 ? 1 : 0))
+            << "step " << m_step;
     }
 
     // RemoveExpired takes the untagged items too old either way; KillChannel the channel's own list.
@@ -293,20 +193,13 @@ protected:
         const QString channel = Pick(kChannels);
         const int days = Roll(10);
         const bool expire = Chance(70);
-        std::vector<XmlNode> gone;
-        if (expire) {
-            for (const XmlNode& item : Root().SelectNodes(
-                     QStringLiteral("item[@channel=%1 and flag='false']").arg(Literal(channel)))) {
-                if (GetItemAge(item, m_clock.Now().date()) > days) {
-                    gone.push_back(item);
-                }
-            }
-        } else {
-            gone = Reference(channel, QString(), QString());
-        }
+        const std::vector<XmlNode> gone =
+            expire ? Root().SelectNodes(u"item[@channel='%1' and flag='false']"_s.arg(channel))
+                   : Reference(channel, QString(), QString());
         std::vector<XmlNode> expected = Root().ChildNodes();
-        std::erase_if(expected, [&gone](const XmlNode& node) {
-            return std::find(gone.begin(), gone.end(), node) != gone.end();
+        std::erase_if(expected, [&](const XmlNode& item) {
+            return std::ranges::count(gone, item) > 0 &&
+                   (!expire || GetItemAge(item, m_clock.Now().date()) > days);
         });
         if (expire) {
             m_bank->RemoveExpired(channel, days);
@@ -317,8 +210,7 @@ protected:
     }
 
     std::mt19937 m_random;
-    std::vector<std::pair<QString, Children>> m_made;
-    std::vector<ItemList> m_held;
+    QStringList m_made;
     int m_step = 0;
     QString m_typing;
     QString m_typingKey;
@@ -327,18 +219,15 @@ protected:
 };
 
 TEST_P(RandomItemBank, ListsMatchTheirXPathThroughRandomChanges) {
-    constexpr int kItems = 150;
-    constexpr int kSteps = 150;
-    QString xml = QStringLiteral("<itembank>");
-    for (int n = 0; n < kItems; ++n) {
-        xml +=
-            MakeCandidate() + (Chance(3) ? QStringLiteral("<!-- note --><other>alpha</other>") : QString());
+    QString xml = u"<itembank>"_s;
+    for (int n = 0; n < 150; ++n) {
+        xml += MakeItem() + (Chance(3) ? u"<!-- note --><other>alpha</other>"_s : QString());
     }
-    WriteBankFile((xml + QStringLiteral("</itembank>")).toUtf8());
+    WriteBankFile((xml + u"</itembank>"_s).toUtf8());
     OpenBank();
     ASSERT_TRUE(m_bank->DamagedFile().isEmpty());
     Check(200);
-    for (m_step = 1; m_step <= kSteps && !HasFatalFailure(); ++m_step) {
+    for (m_step = 1; m_step <= 150 && !HasFatalFailure(); ++m_step) {
         const int roll = Roll(100);
         if (roll < 45) {
             ChangeAnItem();
@@ -351,8 +240,7 @@ TEST_P(RandomItemBank, ListsMatchTheirXPathThroughRandomChanges) {
         }
         Check(m_step % 50 == 0 ? 200 : 6);
     }
-    // The indexes survive a save and a load as well. Lists never outlive their bank.
-    m_held.clear();
+    // The indexes survive a save and a load as well.
     OpenBank();
     Check(200);
 }
