@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A profile's channel collection: the built-ins, channels.xml (round trip, damaged files, hostile
-// values), expiry at load, adding and finding channels, the OPML export and the status pass.
+// values), expiry at load, adding and finding channels and the OPML export. Then the refresh
+// coordination: the four connection slots and the folder recount about a second after a real
+// channel changed, through the headless host that shares this logic with the main window.
 #include "FeedsFixture.h"
 
+#include "app/RefreshCoordinator.h"
 #include "app/SharedHelpers.h"
 #include "feeds/RSSChannel.h"
 #include "feeds/colChannels.h"
-#include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
 
 #include <QDir>
@@ -34,82 +36,61 @@ protected:
         Flush();
         host.ChangeUser(&profile);
     }
+    RefreshCoordinator& Coordinator() { return host.Coordinator(); }
 };
 
-TEST_F(ChannelCollectionTest, AddingAUrlTwiceOrInAnotherCaseGivesTheSameChannel) {
-    Activate(true);
-    RSSChannel* added = Channels().AddChannel(kFeedUrl);
-    ASSERT_NE(added, nullptr);
-    EXPECT_EQ(added->Expire(), RSSChannel::kNewExpireDays);
-    EXPECT_EQ(Channels().AddChannel(kFeedUrl.toUpper()), added);
-    EXPECT_EQ(Channels().AddChannel(u"  "_s), nullptr);
-    EXPECT_EQ(profile.ChannelCount(), 10);
-
-    Channels().DelChannel(kFeedUrl.toUpper());
-    EXPECT_EQ(profile.GetChannel(kFeedUrl), nullptr);
-}
-
 // A fresh profile saves the nine built-ins as data/fresh-channels.expected lists them; the user's
-// channels follow them, and a load and save changes nothing.
-TEST_F(ChannelCollectionTest, SavedChannelsComeBackInOrder) {
+// channels follow them, one per address whatever its case. The status pass reports every channel
+// in order.
+TEST_F(ChannelCollectionTest, BuiltInsComeFirstAndEachAddressOnce) {
     Activate(true);
     EXPECT_EQ(profile.ChannelCount(), colChannels::kBuiltinCount);
     EXPECT_EQ(profile.GetChannel(u"_TAMSEL/READ"_s), profile.GetChannel(9));
     EXPECT_EQ(profile.GetChannel(10), nullptr);
     EXPECT_EQ(profile.GetChannel(9)->ProfileFolder(), ProfileFolder());
     ASSERT_TRUE(profile.SaveChannelXML());
-    QFile fresh(QStringLiteral(TAMSEL_TEST_DATA_DIR "/fresh-channels.expected"));
-    ASSERT_TRUE(fresh.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(ReadChannels()), QString::fromUtf8(fresh.readAll()));
+    EXPECT_EQ(QString::fromUtf8(ReadChannels()), QString::fromUtf8(ReadData(u"fresh-channels.expected"_s)));
 
     RSSChannel* first = Channels().AddChannel(u"http://b.example.org/feed"_s);
+    EXPECT_EQ(first->Expire(), RSSChannel::kNewExpireDays);
+    EXPECT_EQ(Channels().AddChannel(u"HTTP://B.EXAMPLE.ORG/FEED"_s), first);
+    EXPECT_EQ(Channels().AddChannel(u"  "_s), nullptr);
     first->SetTitle(u"Bee"_s);
-    first->SetExpire(0);
-    first->SetOpenLink(true);
-    Channels().AddChannel(u"http://a.example.org/feed"_s)->SetUpdate(5);
-    ASSERT_TRUE(profile.SaveChannelXML());
-    const QByteArray saved = ReadChannels();
-    Reactivate();
+    Channels().AddChannel(u"http://a.example.org/feed"_s);
+    Channels().AddChannel(kFeedUrl);
+    Channels().DelChannel(kFeedUrl.toUpper());
+    EXPECT_EQ(profile.GetChannel(kFeedUrl), nullptr);
     EXPECT_EQ(Urls().mid(colChannels::kBuiltinCount),
               (QStringList{u"http://b.example.org/feed"_s, u"http://a.example.org/feed"_s}));
-    const RSSChannel* bee = profile.GetChannel(u"http://b.example.org/feed"_s);
-    EXPECT_EQ(bee->Expire(), 0);
-    EXPECT_TRUE(bee->OpenLink());
-    ASSERT_TRUE(profile.SaveChannelXML());
-    EXPECT_EQ(ReadChannels(), saved);
-}
 
-TEST_F(ChannelCollectionTest, LoadedChannelsCheckSevenSecondsLater) {
-    WriteChannels(
-        "<tamselchannels><channel><url>http://x.example.org/feed</url><id>B1</id><update>30</update>"
-        "</channel></tamselchannels>");
-    Activate();
-    clock.Advance(RSSChannel::kFirstCheckMs);
-    EXPECT_EQ(http.Requests(), QStringList{u"HEAD http://x.example.org/feed"_s});
-    EXPECT_EQ(profile.GetChannel(u"http://x.example.org/feed"_s)->ReloadInterval(),
-              30u * RSSChannel::kMinuteMs);
+    host.ClearStateChanges();
+    Channels().RequestAllStatus();
+    EXPECT_EQ(host.StateChanges(), Urls());
+    EXPECT_EQ(host.NodeIcon(FolderKey::Flagged), u"flagged"_s);
+    EXPECT_EQ(host.NodeText(u"http://b.example.org/feed"_s), u"Bee  (0)"_s);
 }
 
 // Each data/collection-*.xml channels.xml is saved again as its .expected file holds it, and no
-// file is read for it (an outside one would be, under an unsafe id).
+// file is read for it (an outside one would be, under an unsafe id); a load and save of that
+// changes nothing.
 TEST_F(ChannelCollectionTest, ChannelFilesAreReadLeniently) {
     ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
     home.Write(u"outside.xml"_s, ExampleFeed());
-    const QDir data(QStringLiteral(TAMSEL_TEST_DATA_DIR));
-    const QStringList files = data.entryList({u"collection-*.xml"_s}, QDir::Files, QDir::Name);
-    ASSERT_GE(files.size(), 2);
+    const QStringList files = DataFiles(u"collection-*.xml"_s);
+    ASSERT_EQ(files.size(), 2);
     for (const QString& file : files) {
         SCOPED_TRACE(file.toStdString());
-        QFile input(data.filePath(file));
-        QFile expected(data.filePath(file.chopped(4) + u".expected"_s));
-        ASSERT_TRUE(input.open(QIODevice::ReadOnly) && expected.open(QIODevice::ReadOnly));
         host.ChangeUser(nullptr);
         Flush();
-        WriteChannels(input.readAll());
+        WriteChannels(ReadData(file));
         host.ChangeUser(&profile);
         ASSERT_TRUE(profile.SaveChannelXML());
-        EXPECT_EQ(QString::fromUtf8(ReadChannels()), QString::fromUtf8(expected.readAll()));
+        const QString expected = QString::fromUtf8(ReadData(file.chopped(4) + u".expected"_s));
+        EXPECT_EQ(QString::fromUtf8(ReadChannels()), expected);
         EXPECT_TRUE(http.Requests().isEmpty());
+        Reactivate();
+        ASSERT_TRUE(profile.SaveChannelXML());
+        EXPECT_EQ(QString::fromUtf8(ReadChannels()), expected);
     }
 }
 
@@ -121,15 +102,10 @@ TEST_F(ChannelCollectionTest, DamagedFileIsKeptAsideAndNeverOverwritten) {
     EXPECT_EQ(profile.ChannelCount(), colChannels::kBuiltinCount);
     const QString aside = ProfileFolder() + u"channels.xml.damaged-20261116-101112"_s;
     EXPECT_EQ(Channels().DamagedFile(), aside);
-    QFile keptAside(aside);
-    ASSERT_TRUE(keptAside.open(QIODevice::ReadOnly));
-    EXPECT_EQ(keptAside.readAll(), damaged);
-
     Channels().AddChannel(kFeedUrl);
     ASSERT_TRUE(profile.SaveChannelXML());
     EXPECT_TRUE(ReadChannels().contains(kFeedUrl.toUtf8()));
-    keptAside.seek(0);
-    EXPECT_EQ(keptAside.readAll(), damaged);
+    EXPECT_EQ(home.Read(u"profiles/Tester/channels.xml.damaged-20261116-101112"_s), damaged);
 
     // A second damaged file within the same second gets a name of its own.
     WriteChannels("not xml");
@@ -138,36 +114,26 @@ TEST_F(ChannelCollectionTest, DamagedFileIsKeptAsideAndNeverOverwritten) {
     EXPECT_EQ(QDir(ProfileFolder()).entryList({u"channels.xml.damaged-*"_s}).size(), 2);
 }
 
+// data/expiry-items.xml, loaded with a channel that keeps its items 30 days; the channel, which has
+// no title, is shown by its address.
 TEST_F(ChannelCollectionTest, ExpiryAtLoadRemovesOldUntaggedItems) {
-    const QString url = u"http://x.example.org/feed"_s;
-    const QDate today = clock.Now().date();
-    QByteArray items = "<itembank>";
-    const std::pair<int, bool> ages[] = {{31, false}, {30, false}, {400, true}, {1, false}};
-    for (const auto& [age, tagged] : ages) {
-        items += QStringLiteral("<item channel=\"%1\" date=\"%2\" time=\"10:00:00\"><title>Age %3</title>"
-                                "<read>false</read><flag>%4</flag><delete>false</delete></item>")
-                     .arg(url, FormatItemDate(today.addDays(-age)))
-                     .arg(age)
-                     .arg(tagged ? u"true"_s : u"false"_s)
-                     .toUtf8();
-    }
-    items += "<item channel=\"http://other.example.org/\" date=\"01 Jan 2001\" "
-             "time=\"10:00:00\"><title>Other</title>"
-             "<read>false</read><flag>false</flag><delete>false</delete></item></itembank>";
-    home.Write(u"profiles/Tester/items.xml"_s, items);
+    home.Write(u"profiles/Tester/items.xml"_s, ReadData(u"expiry-items.xml"_s));
     WriteChannels(
-        QStringLiteral("<tamselchannels><channel><url>%1</url><id>B1</id><expire>30</expire></channel>"
-                       "</tamselchannels>")
-            .arg(url)
-            .toUtf8());
+        "<tamselchannels><channel><url>http://x.example.org/feed</url><id>B1</id><expire>30</expire>"
+        "</channel></tamselchannels>");
     Activate();
     QStringList titles;
-    for (const XmlNode& item : Bank().SubChannelList(url, QString(), QString())) {
+    for (const XmlNode& item : Items(u"http://x.example.org/feed"_s)) {
         titles.append(GetItemTitle(item));
     }
     EXPECT_EQ(titles, (QStringList{u"Age 30"_s, u"Age 400"_s, u"Age 1"_s}));
-    EXPECT_EQ(Bank().SubChannelList(u"http://other.example.org/"_s, QString(), QString()).size(), 1u)
+    EXPECT_EQ(Items(u"http://other.example.org/"_s).size(), 1u)
         << "a channel without expiry keeps everything";
+    clock.Advance(RSSChannel::kFirstCheckMs);
+    EXPECT_EQ(http.Requests(), QStringList{u"HEAD http://x.example.org/feed"_s})
+        << "loaded channels check 7 s later";
+    EXPECT_EQ(host.NodeText(u"http://x.example.org/feed"_s), u"http://x.example.org/feed  (3)"_s)
+        << "untitled";
 }
 
 TEST_F(ChannelCollectionTest, OpmlExportHoldsOnlyTheUsersChannels) {
@@ -175,37 +141,96 @@ TEST_F(ChannelCollectionTest, OpmlExportHoldsOnlyTheUsersChannels) {
     const QString path = home.File(u"export.opml"_s);
     ASSERT_TRUE(profile.SaveOPML(path));
     EXPECT_EQ(home.Read(u"export.opml"_s), QByteArrayLiteral("<opml><body/></opml>\n"));
-
     Channels().AddChannel(kFeedUrl + u"?a=1&b=2"_s)->SetTitle(u"Quotes \"and\" <tags>"_s);
     Channels().AddChannel(u"http://b.example.org/feed"_s);
     ASSERT_TRUE(profile.SaveOPML(path));
-    EXPECT_EQ(
-        home.Read(u"export.opml"_s),
-        QByteArrayLiteral("<opml><body><outline text=\"Quotes &quot;and&quot; &lt;tags&gt;\" "
-                          "xmlUrl=\"http://feeds.example.org/news.xml?a=1&amp;b=2\"/>"
-                          "<outline text=\"http://b.example.org/feed\" xmlUrl=\"http://b.example.org/feed\"/>"
-                          "</body></opml>\n"));
+    EXPECT_EQ(home.Read(u"export.opml"_s), ReadData(u"export.opml"_s));
     EXPECT_FALSE(profile.SaveOPML(home.File(u"no/such/folder/x.opml"_s)));
 }
 
-TEST_F(ChannelCollectionTest, RequestAllStatusReportsEveryChannelInOrder) {
+// Changes within a second recount the folders once, about a second after the first; the recount
+// reads the folder counts again. Only a shown change of one of the active profile's own real
+// channels arms it. Four slots, never counted below zero; a profile switch drops the fetches and
+// saves the bank.
+TEST_F(ChannelCollectionTest, ChangesRecountTheFoldersOnceASecondLater) {
+    // The maker's channels fail their first checks (next try in an hour): they report nothing more.
     Activate(true);
-    Channels().AddChannel(kFeedUrl);
+    for (int i = 0; i < 6; ++i) {
+        Coordinator().ConnectRelease();
+    }
+    for (int i = 0; i < RefreshCoordinator::kConnectionSlots; ++i) {
+        EXPECT_TRUE(Coordinator().RequestConnect()) << "four slots, never counted below zero";
+    }
+    EXPECT_FALSE(Coordinator().RequestConnect());
+    for (int i = 0; i < RefreshCoordinator::kConnectionSlots; ++i) {
+        Coordinator().ConnectRelease();
+    }
+    clock.Advance(RSSChannel::kFirstCheckMs);
+    for (const QString& url : {site.NewsURL(), site.HelpURL()}) {
+        ASSERT_TRUE(http.Fail(url, "HEAD"));
+        ASSERT_TRUE(http.Fail(url, "GET"));
+    }
+    RSSChannel* channel = Channels().AddChannel(kFeedUrl);
+    channel->SetUpdate(0);
+    clock.Advance(RSSChannel::kFirstCheckMs);
+    AnswerFullCheck(kFeedUrl, FeedWithItems(u"Ten"_s, 10));
+    EXPECT_EQ(host.NodeText(kFeedUrl), u"Ten  (10)"_s);
+    EXPECT_EQ(host.NodeText(FolderKey::Unread), u"Unread  (0)"_s) << "folders wait for the recount";
+    clock.Advance(RefreshCoordinator::kFolderRecountMs);
+    EXPECT_EQ(host.NodeText(FolderKey::Unread), u"Unread  (10)"_s);
+    EXPECT_EQ(host.NodeIcon(FolderKey::Unread), u"unread"_s);
+    ASSERT_FALSE(Coordinator().RecountPending());
+
     host.ClearStateChanges();
-    Channels().RequestAllStatus();
-    EXPECT_EQ(host.StateChanges(), Urls());
-    EXPECT_EQ(host.NodeIcon(FolderKey::Flagged), u"flagged"_s);
-    EXPECT_EQ(host.NodeText(kFeedUrl), kFeedUrl + u"  (0)"_s);
+    channel->SetNewItems(false);
+    clock.Advance(200);
+    channel->SetNewItems(true);
+    clock.Advance(300);
+    channel->SetNewItems(false);
+    EXPECT_EQ(host.StateChanges(), QStringList(3, kFeedUrl));
+    host.ClearStateChanges();
+    clock.Advance(499);
+    EXPECT_TRUE(host.StateChanges().isEmpty()) << "not before a second has passed since the first change";
+    clock.Advance(1);
+    EXPECT_EQ(host.StateChanges(),
+              (QStringList{FolderKey::Flagged, FolderKey::Today, FolderKey::Yesterday, FolderKey::Week,
+                           FolderKey::Deleted, FolderKey::Read, FolderKey::Unread, site.HelpURL()}));
+    EXPECT_FALSE(Coordinator().RecountPending()) << "the help channel's own change does not re-arm it";
+
+    profile.GetChannel(FolderKey::Today)->SetNewItems(true);
+    EXPECT_EQ(host.NodeIcon(FolderKey::Today), u"newitems"_s);
+    EXPECT_FALSE(Coordinator().RecountPending()) << "a folder's change";
+    profile.GetChannel(site.HelpURL())->SetState();
+    EXPECT_FALSE(Coordinator().RecountPending()) << "a report that changes nothing shown";
+    host.ClearStateChanges();
+    auto outsider = NewChannel(u"http://outside.example.org/"_s);
+    outsider->SetState();
+    channel->SetUsername(u"Someone else"_s);
+    channel->SetNewItems(true);
+    EXPECT_TRUE(host.StateChanges().isEmpty());
+    EXPECT_FALSE(Coordinator().RecountPending()) << "reports of others";
+    channel->LoadRSS();
+    ASSERT_EQ(Coordinator().ConnCount(), 1);
+    host.ChangeUser(nullptr);
+    EXPECT_EQ(Coordinator().ConnCount(), 0) << "a dropped fetch gives its slot back";
+    EXPECT_TRUE(QFile::exists(ProfileFolder() + u"items.xml"_s)) << "the bank is saved on release";
+    Coordinator().StateChange(kProfile, *outsider);
+    EXPECT_FALSE(Coordinator().RecountPending()) << "no active profile";
 }
 
-TEST_F(ChannelCollectionTest, SwitchingProfilesReleasesEverything) {
+TEST_F(ChannelCollectionTest, HostRecordsMessagesOfTheActiveProfileAndGroupedChannelsOnly) {
+    host.PopupInfo(u"Error Reading OPML File !!!"_s, QString(), QString());
+    host.PopupInfo(u"Of nobody"_s, kProfile, QString());
     Activate();
-    RSSChannel* channel = Channels().AddChannel(kFeedUrl);
-    channel->LoadRSS();
-    ASSERT_EQ(host.Coordinator().ConnCount(), 1);
-    host.ChangeUser(nullptr);
-    EXPECT_EQ(host.Coordinator().ConnCount(), 0) << "a dropped fetch gives its slot back";
-    EXPECT_TRUE(QFile::exists(ProfileFolder() + u"items.xml"_s)) << "the bank is saved on release";
+    host.PopupInfo(u"Of the active profile"_s, kProfile, QString());
+    host.PopupInfo(u"Of another profile"_s, u"Other"_s, QString());
+    host.PopupInfo(u"Of a channel in no group"_s, kProfile, kFeedUrl);
+    profile.AddChannel(kFeedUrl, u"My Channels"_s);
+    profile.AddGroup(u"My Channels"_s);
+    profile.AddChannel(kFeedUrl, u"My Channels"_s);
+    host.PopupInfo(u"Of a grouped channel"_s, kProfile, kFeedUrl);
+    EXPECT_EQ(host.Popups(), (QStringList{u"Error Reading OPML File !!!"_s, u"Of the active profile"_s,
+                                          u"Of a grouped channel"_s}));
 }
 
 } // namespace

@@ -6,8 +6,6 @@
 
 #include "app/SharedHelpers.h"
 #include "feeds/RSSChannel.h"
-#include "feeds/RSSImage.h"
-#include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
 #include "platform/XmlDocument.h"
 
@@ -20,103 +18,76 @@ namespace {
 
 class ChannelRecordTest : public FeedsFixture {
 protected:
-    // The channel's element alone, serialised.
-    static QByteArray ElementBytes(RSSChannel& channel) {
-        XmlDocument doc;
-        doc.SetDocumentElement(channel.SaveXML(doc));
-        return doc.ToBytes();
-    }
-    // A channel filled from a channels.xml element.
-    std::unique_ptr<RSSChannel> Loaded(const QByteArray& element) {
-        const XmlDocument doc = XmlDocument::Parse(element);
-        EXPECT_FALSE(doc.IsNull()) << element.constData();
+    // A channel filled from a channels.xml element, in the profile folder.
+    std::unique_ptr<RSSChannel> Loaded(const QString& element) {
+        const XmlDocument doc = XmlDocument::Parse(element.toUtf8());
+        EXPECT_FALSE(doc.IsNull()) << element.toStdString();
         auto channel = std::make_unique<RSSChannel>(ChannelServices());
         channel->LoadChannel(doc.DocumentElement());
+        channel->LoadLocal(ProfileFolder());
         return channel;
     }
-};
+    size_t Deleted(const QString& url = FolderKey::Deleted) const {
+        return Bank().SubChannelList(url, FolderKey::Deleted, QString()).size();
+    }
 
-TEST_F(ChannelRecordTest, NewChannelElementHasTheDocumentedBytes) {
-    auto channel = NewChannel(u"http://example.org/feed.xml"_s);
-    channel->SetTitle(u"Example"_s);
-    EXPECT_EQ(channel->ID(), u"A01"_s);
-    EXPECT_EQ(settings.GetSetting(u"Common"_s, u"LastID"_s, QString()), u"2561"_s);
-    EXPECT_EQ(ElementBytes(*channel),
-              QByteArrayLiteral(
-                  "<channel><url>http://example.org/feed.xml</url><title>Example</title><expire>60</expire>"
-                  "<update>60</update><lastmod>-1</lastmod><id>A01</id><windowstate>0</windowstate>"
-                  "<windowtop>0</windowtop><windowleft>0</windowleft><windowheight>0</windowheight>"
-                  "<windowwidth>0</windowwidth><panelheight>0</panelheight></channel>\n"));
-}
+    static inline const QString kLogo = u"http://img.example.org/logo.png"_s;
+    const QString picture = ProfileFolder() + u"D4.jpg"_s;
+};
 
 // Each data/record-*.xml element, read into a channel titled "Before", is written back as the bytes
 // of its .expected file; those bytes read back to themselves.
 TEST_F(ChannelRecordTest, RecordsAreReadLenientlyAndWrittenInTheFixedOrder) {
-    const QDir data(QStringLiteral(TAMSEL_TEST_DATA_DIR));
-    const QStringList files = data.entryList({u"record-*.xml"_s}, QDir::Files, QDir::Name);
-    ASSERT_GE(files.size(), 9);
+    const QStringList files = DataFiles(u"record-*.xml"_s);
+    ASSERT_EQ(files.size(), 9);
     for (const QString& file : files) {
         SCOPED_TRACE(file.toStdString());
-        QFile input(data.filePath(file));
-        QFile expected(data.filePath(file.chopped(4) + u".expected"_s));
-        ASSERT_TRUE(input.open(QIODevice::ReadOnly) && expected.open(QIODevice::ReadOnly));
-        const XmlDocument doc = XmlDocument::Parse(input.readAll());
+        const XmlDocument doc = XmlDocument::Parse(ReadData(file));
         ASSERT_FALSE(doc.IsNull());
         RSSChannel channel(ChannelServices());
         channel.SetTitle(u"Before"_s);
         channel.LoadChannel(doc.DocumentElement());
         const QByteArray written = ElementBytes(channel);
-        EXPECT_EQ(written, expected.readAll());
-        EXPECT_EQ(ElementBytes(*Loaded(written)), written);
+        EXPECT_EQ(written, ReadData(file.chopped(4) + u".expected"_s));
+        EXPECT_EQ(ElementBytes(*Loaded(QString::fromUtf8(written))), written);
     }
 }
 
-TEST_F(ChannelRecordTest, DeleteFlagAndMarkReadActOnTheBank) {
+// Deleting, flagging and marking read act on the bank; the icon follows the state in the order
+// help, flagged, reload, err, newitems, then unread or read; removing a channel takes its items
+// (not the deleted ones) and its logo file, and stops its checks.
+TEST_F(ChannelRecordTest, ItemsIconAndRemoval) {
     Activate();
     const QString url = u"http://example.org/x.xml"_s;
-    StoreItems(url, 3);
     auto channel = NewChannel(url);
+    EXPECT_EQ(channel->GetImage(), u"read"_s) << "no unread items";
+    StoreItems(url, 3);
+    StoreItems(u"http://example.org/other.xml"_s, 1);
+    channel->LoadChannelSet();
     ASSERT_EQ(channel->ItemCount(), 3);
-
-    // Positions outside the set are ignored.
-    channel->DeleteItem(-1);
-    channel->DeleteItem(3);
-    channel->FlagItem(3);
-    EXPECT_EQ(Bank().SubChannelList(FolderKey::Deleted, FolderKey::Deleted, QString()).size(), 0u);
-
+    EXPECT_EQ(channel->GetImage(), u"unread"_s);
+    for (int outside : {-1, 3}) {
+        channel->DeleteItem(outside);
+        channel->FlagItem(outside);
+    }
+    EXPECT_EQ(Deleted(), 0u) << "positions outside the set are ignored";
     channel->FlagItem(1);
     EXPECT_TRUE(IsItemFlagged(channel->ItemNode(1)));
     channel->DeleteItem(0);
     EXPECT_EQ(channel->ItemCount(), 2) << "the set is loaded again without the deleted item";
-    EXPECT_EQ(Bank().SubChannelList(FolderKey::Deleted, FolderKey::Deleted, QString()).size(), 1u);
-
+    EXPECT_EQ(Deleted(), 1u);
     channel->SetNewItems(true);
+    EXPECT_EQ(channel->GetImage(), u"newitems"_s);
     channel->MarkAllRead();
     EXPECT_EQ(channel->UnreadCount(), 0);
     EXPECT_FALSE(channel->NewItems());
     EXPECT_EQ(channel->GetImage(), u"read"_s);
-}
+    channel->ForceLoadRSS();
+    EXPECT_EQ(channel->GetImage(), u"reload"_s);
+    channel->SetNewItems(true);
+    clock.Advance(RSSChannel::kTimeOutMs);
+    EXPECT_EQ(channel->GetImage(), u"err"_s) << "err wins over newitems";
 
-TEST_F(ChannelRecordTest, KillMeRemovesItemsAndLogoFile) {
-    Activate();
-    const QString url = u"http://example.org/x.xml"_s;
-    StoreItems(url, 2);
-    StoreItems(u"http://example.org/other.xml"_s, 1);
-    auto channel = NewChannel(url);
-    channel->DeleteItem(0);
-    home.Write(u"profiles/Tester/"_s + channel->ID() + u".jpg"_s, "picture");
-    channel->KillMe();
-    EXPECT_FALSE(QFile::exists(ProfileFolder() + channel->ID() + u".jpg"_s));
-    EXPECT_EQ(Bank().SubChannelList(url, FolderKey::Deleted, QString()).size(), 1u) << "deleted items stay";
-    EXPECT_EQ(Bank().SubChannelList(url, QString(), QString()).size(), 0u);
-    EXPECT_EQ(Bank().SubChannelList(u"http://example.org/other.xml"_s, QString(), QString()).size(), 1u);
-    channel->KillMe();
-    clock.Advance(RSSChannel::kFirstCheckMs);
-    EXPECT_TRUE(http.Requests().isEmpty()) << "a removed channel no longer checks";
-}
-
-TEST_F(ChannelRecordTest, IconKeysFollowTheStateInOrder) {
-    Activate();
     auto help = NewChannel(site.HelpURL());
     help->ForceLoadRSS();
     EXPECT_EQ(help->GetImage(), u"help"_s) << "help wins over reload";
@@ -128,29 +99,26 @@ TEST_F(ChannelRecordTest, IconKeysFollowTheStateInOrder) {
     unreadFolder->SetNewItems(true);
     EXPECT_EQ(unreadFolder->GetImage(), u"newitems"_s);
 
-    const QString url = u"http://example.org/x.xml"_s;
-    auto channel = NewChannel(url);
-    EXPECT_EQ(channel->GetImage(), u"read"_s) << "no unread items";
-    StoreItems(url, 1);
-    channel->LoadChannelSet();
-    EXPECT_EQ(channel->GetImage(), u"unread"_s);
-    channel->SetNewItems(true);
-    EXPECT_EQ(channel->GetImage(), u"newitems"_s);
-    channel->ForceLoadRSS();
-    EXPECT_EQ(channel->GetImage(), u"reload"_s);
-    clock.Advance(RSSChannel::kTimeOutMs);
-    EXPECT_EQ(channel->GetImage(), u"err"_s) << "err wins over newitems";
+    home.Write(u"profiles/Tester/"_s + channel->ID() + u".jpg"_s, "picture");
+    channel->KillMe();
+    EXPECT_FALSE(QFile::exists(ProfileFolder() + channel->ID() + u".jpg"_s));
+    EXPECT_EQ(Deleted(url), 1u) << "deleted items stay";
+    EXPECT_TRUE(Items(url).empty());
+    EXPECT_EQ(Items(u"http://example.org/other.xml"_s).size(), 1u);
+    http.ClearRequests();
+    clock.Advance(RSSChannel::kBackOffMs);
+    EXPECT_FALSE(http.Requests().join(u' ').contains(url)) << "a removed channel no longer checks";
 }
 
+// The viewer is placed where the record says, with the stored panel height; only a normal window's
+// geometry is kept. Without a stored size it is not moved; restored, it gets the default panel.
 TEST_F(ChannelRecordTest, ViewerIsPlacedAndItsGeometryKept) {
     Activate();
     auto channel =
-        Loaded("<channel><url>http://example.org/x.xml</url><title>Example</title><id>C1</id>"
-               "<newitems>yes</newitems><windowtop>10</windowtop><windowleft>20</windowleft>"
-               "<windowheight>300</windowheight><windowwidth>400</windowwidth><panelheight>250</panelheight>"
-               "</channel>");
-    channel->SetUsername(kProfile);
-    channel->LoadLocal(ProfileFolder());
+        Loaded(u"<channel><url>http://example.org/x.xml</url><title>Example</title><id>C1</id><newitems>yes</"
+               u"newitems>"
+               "<windowtop>10</windowtop><windowleft>20</windowleft><windowheight>300</windowheight>"
+               "<windowwidth>400</windowwidth><panelheight>250</panelheight></channel>"_s);
     channel->CreateChannelView(false);
     HeadlessHost::RecordedViewer* viewer = host.ViewerOf(*channel);
     ASSERT_NE(viewer, nullptr);
@@ -160,13 +128,11 @@ TEST_F(ChannelRecordTest, ViewerIsPlacedAndItsGeometryKept) {
         (QStringList{u"geometry 20,10,400,300"_s, u"panel 250"_s, u"caption Example"_s,
                      u"setup http://example.org/x.xml|"_s + ProfileFolder() + u"C1_tmp.html"_s, u"hide"_s}));
     EXPECT_EQ(channel->PanelHeight(), 250) << "the move made by SetWndState is not saved back";
-
     viewer->UserResize(QRect(5, 6, 500, 350));
     EXPECT_EQ(channel->WindowGeometry(), QRect(5, 6, 500, 350));
     viewer->SetWindowState(2);
     viewer->UserResize(QRect(0, 0, 1920, 1080));
-    EXPECT_EQ(channel->WindowGeometry(), QRect(5, 6, 500, 350)) << "only a normal window's geometry is kept";
-
+    EXPECT_EQ(channel->WindowGeometry(), QRect(5, 6, 500, 350));
     channel->ShowItem(4);
     EXPECT_EQ(viewer->Calls().last(), u"item 4"_s);
     EXPECT_EQ(host.ViewerRequests(), QStringList{u"load http://example.org/x.xml"_s});
@@ -174,19 +140,15 @@ TEST_F(ChannelRecordTest, ViewerIsPlacedAndItsGeometryKept) {
     channel.reset();
     EXPECT_EQ(host.ViewerRequests().last(), u"unload http://example.org/x.xml"_s);
     EXPECT_FALSE(QFile::exists(ProfileFolder() + u"C1_tmp.html"_s)) << "the page file goes with the channel";
-}
 
-// A viewer for a channel without a stored size is not moved; restored, it gets the default panel.
-TEST_F(ChannelRecordTest, UnsizedViewerIsNotMovedAndARestoredOneGetsTheDefaultPanel) {
-    auto channel = NewChannel(u"http://example.org/x.xml"_s);
-    channel->ShowItem(0);
-    HeadlessHost::RecordedViewer* viewer = host.ViewerOf(*channel);
-    ASSERT_NE(viewer, nullptr);
-    EXPECT_FALSE(viewer->Calls().join(u';').contains(u"geometry"_s));
-    EXPECT_EQ(viewer->Calls().last(), u"item 0"_s);
-
-    auto restored = Loaded("<channel><url>http://example.org/y.xml</url><windowheight>300</windowheight>"
-                           "<windowwidth>400</windowwidth></channel>");
+    host.ChangeUser(nullptr);
+    auto unsized = NewChannel(u"http://example.org/y.xml"_s);
+    unsized->ShowItem(0);
+    ASSERT_NE(host.ViewerOf(*unsized), nullptr);
+    EXPECT_FALSE(host.ViewerOf(*unsized)->Calls().join(u';').contains(u"geometry"_s));
+    EXPECT_EQ(host.ViewerOf(*unsized)->Calls().last(), u"item 0"_s);
+    auto restored = Loaded(u"<channel><url>http://example.org/z.xml</url><windowheight>300</windowheight>"
+                           "<windowwidth>400</windowwidth></channel>"_s);
     restored->CreateChannelView(true);
     ASSERT_NE(host.ViewerOf(*restored), nullptr);
     EXPECT_EQ(restored->PanelHeight(), RSSChannel::kDefaultPanelHeight);
@@ -194,70 +156,46 @@ TEST_F(ChannelRecordTest, UnsizedViewerIsNotMovedAndARestoredOneGetsTheDefaultPa
     EXPECT_TRUE(host.ViewerOf(*restored)->Visible());
 }
 
-// The logo comes only from channels.xml and is downloaded once into the profile folder.
-class ChannelImageTest : public ChannelRecordTest {
-protected:
-    static inline const QString kLogo = u"http://img.example.org/logo.png"_s;
-
-    std::unique_ptr<RSSChannel> WithLogo(const QString& logoUrl) {
-        auto channel = Loaded(QStringLiteral("<channel><url>%1</url><id>D4</id><image><title>Logo</title>"
-                                             "<url>%2</url></image></channel>")
-                                  .arg(kFeedUrl, logoUrl)
-                                  .toUtf8());
-        channel->LoadLocal(ProfileFolder());
-        return channel;
-    }
-    QString PicturePath() const { return ProfileFolder() + u"D4.jpg"_s; }
-};
-
-TEST_F(ChannelImageTest, DownloadedOnceThenReusedAndAFailureWritesNothing) {
-    FakeHttpClient::Answer answer;
-    answer.body = QByteArray("\x89PNG picture bytes", 18);
-    http.AnswerAlways(kLogo, "GET", answer);
-    auto channel = WithLogo(kLogo);
-    EXPECT_EQ(channel->GetRSSImage(), PicturePath());
-    EXPECT_EQ(home.Read(u"profiles/Tester/D4.jpg"_s), answer.body);
-    EXPECT_EQ(channel->GetRSSImage(), PicturePath());
-    // A later start finds the file.
-    EXPECT_EQ(WithLogo(kLogo)->GetRSSImage(), PicturePath());
-    EXPECT_EQ(http.Requests(), QStringList{u"GET "_s + kLogo});
-
-    ASSERT_TRUE(QFile::remove(PicturePath()));
-    FakeHttpClient::Answer failure;
-    failure.error = true;
-    http.AnswerAlways(kLogo, "GET", failure);
-    EXPECT_TRUE(WithLogo(kLogo)->GetRSSImage().isEmpty());
-    EXPECT_FALSE(QFile::exists(PicturePath()));
-}
-
-// Only web addresses are fetched, and an id that leaves the profile folder names no file: no logo
-// is written, no cached feed read and nothing deleted outside it.
-TEST_F(ChannelImageTest, HostileAddressesAndIdsTouchNothing) {
-    home.Write(u"secret.txt"_s, "secret");
-    for (const QString& address : {QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toString(),
-                                   u"tamsel://site/tamsel/news.xml"_s, u"ftp://example.org/logo.png"_s}) {
-        EXPECT_TRUE(WithLogo(address)->GetRSSImage().isEmpty()) << address.toStdString();
-        EXPECT_FALSE(QFile::exists(PicturePath()));
-    }
-
+// The logo comes only from channels.xml and is downloaded once into the profile folder; a failed
+// download writes nothing, and only web addresses are fetched. An id that leaves the profile folder
+// names no file: no logo is written, no cached feed read and nothing deleted outside it.
+TEST_F(ChannelRecordTest, LogoIsDownloadedOnceIntoTheProfileFolder) {
     Activate();
     ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
-    http.AnswerAlways(kLogo, "GET", FakeHttpClient::Answer{"bytes", {}, false});
+    const QString record =
+        u"<channel><url>%1</url><id>%2</id><image><title>Logo</title><url>%3</url></image></channel>"_s;
+    const QByteArray bytes("\x89PNG picture bytes", 18);
+    http.AnswerAlways(kLogo, "GET", FakeHttpClient::Answer{bytes, {}, false});
     home.Write(u"outside.xml"_s, ExampleFeed());
     home.Write(u"outside.jpg"_s, "picture");
     home.Write(u"outside_tmp.html"_s, "<html/>");
-    auto channel = Loaded(QStringLiteral("<channel><url>%1</url><id>../../outside</id><image><url>%2</url>"
-                                         "</image></channel>")
-                              .arg(kFeedUrl, kLogo)
-                              .toUtf8());
-    channel->LoadLocal(ProfileFolder());
-    EXPECT_FALSE(channel->LocalLoad());
-    EXPECT_TRUE(channel->GetRSSImage().isEmpty());
-    channel->KillMe();
-    channel.reset();
+    auto hostile = Loaded(record.arg(kFeedUrl, u"../../outside"_s, kLogo));
+    EXPECT_FALSE(hostile->LocalLoad());
+    EXPECT_TRUE(hostile->GetRSSImage().isEmpty());
+    hostile->KillMe();
+    hostile.reset();
     EXPECT_TRUE(QFile::exists(home.File(u"outside.jpg"_s)));
     EXPECT_TRUE(QFile::exists(home.File(u"outside_tmp.html"_s)));
     EXPECT_TRUE(http.Requests().isEmpty());
+
+    auto channel = Loaded(record.arg(kFeedUrl, u"D4"_s, kLogo));
+    EXPECT_EQ(channel->GetRSSImage(), picture);
+    EXPECT_EQ(home.Read(u"profiles/Tester/D4.jpg"_s), bytes);
+    EXPECT_EQ(channel->GetRSSImage(), picture);
+    EXPECT_EQ(Loaded(record.arg(kFeedUrl, u"D4"_s, kLogo))->GetRSSImage(), picture)
+        << "a later start finds it";
+    EXPECT_EQ(http.Requests(), QStringList{u"GET "_s + kLogo});
+    ASSERT_TRUE(QFile::remove(picture));
+    http.AnswerAlways(kLogo, "GET", FakeHttpClient::Answer{{}, {}, true});
+    EXPECT_TRUE(Loaded(record.arg(kFeedUrl, u"D4"_s, kLogo))->GetRSSImage().isEmpty());
+    EXPECT_FALSE(QFile::exists(picture));
+    home.Write(u"secret.txt"_s, "secret");
+    for (const QString& address : {QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toString(),
+                                   u"tamsel://site/tamsel/news.xml"_s, u"ftp://example.org/logo.png"_s}) {
+        EXPECT_TRUE(Loaded(record.arg(kFeedUrl, u"D4"_s, address))->GetRSSImage().isEmpty())
+            << address.toStdString();
+        EXPECT_FALSE(QFile::exists(picture));
+    }
 }
 
 } // namespace

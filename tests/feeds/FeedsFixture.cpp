@@ -8,7 +8,9 @@
 #include "platform/XmlDocument.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
+#include <QFile>
 
 FeedsFixture::FeedsFixture(bool serveSpotlight, Network kind)
     : settings(home.GetPaths()),
@@ -40,6 +42,10 @@ clsItemBank& FeedsFixture::Bank() const {
     return *profile.ItemBank();
 }
 
+ItemList FeedsFixture::Items(const QString& url) const {
+    return Bank().SubChannelList(url, QString(), QString());
+}
+
 QString FeedsFixture::ProfileFolder() const {
     return home.GetPaths().ProfileFolder(kProfile) + u'/';
 }
@@ -65,14 +71,11 @@ void FeedsFixture::AnswerFullCheck(const QString& url, const QByteArray& body, c
 }
 
 void FeedsFixture::StoreItems(const QString& url, int count) {
+    const QString item =
+        QStringLiteral("<item channel=\"%1\" date=\"16 Nov 2026\" time=\"09:00:00\"><title>%1 %2</title>"
+                       "<read>false</read><flag>false</flag><delete>false</delete></item>");
     for (int i = 0; i < count; ++i) {
-        const XmlDocument doc = XmlDocument::Parse(
-            QStringLiteral("<item channel=\"%1\" date=\"16 Nov 2026\" time=\"09:00:00\"><title>%1 %2</title>"
-                           "<read>false</read><flag>false</flag><delete>false</delete></item>")
-                .arg(url)
-                .arg(i)
-                .toUtf8());
-        ASSERT_TRUE(Bank().AddItem(doc.DocumentElement()));
+        ASSERT_TRUE(Bank().AddItem(XmlDocument::Parse(item.arg(url).arg(i).toUtf8()).DocumentElement()));
     }
 }
 
@@ -81,19 +84,17 @@ void FeedsFixture::Flush() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+QByteArray ReadData(const QString& name) {
+    QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList DataFiles(const QString& pattern) {
+    return QDir(QStringLiteral(TAMSEL_TEST_DATA_DIR)).entryList({pattern}, QDir::Files, QDir::Name);
+}
+
 QByteArray ExampleFeed() {
-    return QByteArrayLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"
-        "<rss version=\"2.0\"><channel>"
-        "<title>Example News</title><link>http://example.org/</link>"
-        "<description>News of the example</description>"
-        "<pubDate>Mon, 14 Nov 2005 08:00:00 GMT</pubDate>"
-        "<image><title>Logo "
-        "title</title><url>http://example.org/logo.png</url><link>http://example.org/</link></image>"
-        "<item><title>First</title><link>http://example.org/1</link><description>One</description>"
-        "<guid>g1</guid><pubDate>Tue, 15 Nov 2005 13:45:00 GMT</pubDate></item>"
-        "<item><title>Second</title><description>Two</description><guid>g2</guid></item>"
-        "</channel></rss>");
+    return ReadData(QStringLiteral("fetch-example.xml"));
 }
 
 QByteArray FeedWithItems(const QString& title, int count) {
@@ -104,4 +105,10 @@ QByteArray FeedWithItems(const QString& title, int count) {
                 "</guid><pubDate>Tue, 15 Nov 2005 13:45:00 GMT</pubDate></item>";
     }
     return feed + "</channel></rss>";
+}
+
+QByteArray ElementBytes(RSSChannel& channel) {
+    XmlDocument doc;
+    doc.SetDocumentElement(channel.SaveXML(doc));
+    return doc.ToBytes();
 }

@@ -7,6 +7,7 @@
 #include "app/Services.h"
 #include "app/clsProfile.h"
 #include "feeds/FeedServices.h"
+#include "itembank/clsItemBank.h"
 #include "platform/CRegSettings.h"
 #include "platform/HttpClient.h"
 #include "platform/XsltStylesheet.h"
@@ -23,7 +24,6 @@
 #include <ostream>
 
 class RSSChannel;
-class clsItemBank;
 
 // A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
 // the shipped namespace stylesheet. Nothing is active until Activate. The Spotlight list is not
@@ -44,6 +44,8 @@ protected:
     // are taken out again, so that only the test's own channels use the network and the slots.
     void Activate(bool keepMakerChannels = false);
     clsItemBank& Bank() const;
+    // The items of `url` that are not deleted, in the bank of the active profile.
+    ItemList Items(const QString& url = kFeedUrl) const;
     QString ProfileFolder() const;
     // What channels of this profile work with; retries use `randomValue`.
     FeedServices ChannelServices();
@@ -71,8 +73,14 @@ protected:
     double randomValue = 0.5;
 };
 
-// A small RSS 2.0 feed: channel "Example News" dated Mon, 14 Nov 2005 08:00:00 GMT, a logo titled
-// "Logo title", and items "First" (dated Tue, 15 Nov 2005 13:45:00 GMT) and "Second" (no date).
+// A file of the suite's data folder, whole; empty when it cannot be read.
+QByteArray ReadData(const QString& name);
+// The names of the data files that match `pattern`, sorted.
+QStringList DataFiles(const QString& pattern);
+// data/fetch-example.xml: channel "Example News" dated Mon, 14 Nov 2005 08:00:00 GMT, a logo, and
+// items "First" (dated Tue, 15 Nov 2005 13:45:00 GMT) and "Second" (no date).
 QByteArray ExampleFeed();
 // An RSS 2.0 feed titled `title` with `count` dated items "Item 1" ... (guids g1 ...).
 QByteArray FeedWithItems(const QString& title, int count);
+// The channel's channels.xml element alone, serialised.
+QByteArray ElementBytes(RSSChannel& channel);

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr rlim_t kDiskRoom = 1024;
@@ -21,11 +23,11 @@ class AtomicFileTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(AtomicFileTest, AFullDiskLeavesTheOldFileWhole) {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("data.txt"));
+    const QString path = folder.filePath(u"data.txt"_s);
     const QByteArray old("old content\n");
     const QByteArray large(GetParam(), 'x');
     XmlDocument doc;
-    doc.SetDocumentElement(doc.CreateTextElement(QStringLiteral("root"), QString::fromLatin1(large)));
+    doc.SetDocumentElement(doc.CreateTextElement(u"root"_s, QString::fromLatin1(large)));
     for (bool viaXml : {false, true}) {
         ASSERT_TRUE(AtomicFile::Write(path, old));
         QString error;
@@ -40,7 +42,7 @@ TEST_P(AtomicFileTest, AFullDiskLeavesTheOldFileWhole) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_EQ(file.readAll(), old);
-        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList({QStringLiteral("data.txt")}));
+        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList({u"data.txt"_s}));
     }
     EXPECT_TRUE(AtomicFile::Write(path, large));
 }

@@ -7,11 +7,13 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class SettingsTest : public ::testing::Test {
 protected:
-    QString Get(const QString& section, const QString& key, const QString& fallback = QStringLiteral("d")) {
+    QString Get(const QString& section, const QString& key, const QString& fallback = u"d"_s) {
         return settings.GetSetting(section, key, fallback);
     }
     bool Save(const QString& section, const QString& key, const QString& value) {
@@ -20,75 +22,38 @@ protected:
 
     TestHome home;
     CRegSettings settings{home.GetPaths()};
+    const QString file = u"config/Orvane/Tamsel.conf"_s;
 };
 
+// Values round-trip whatever their characters, sections and keys compare without letter case, a
+// second reader sees the values and later changes of the first; an empty value reads as missing.
+// Deleting takes a value, or a section with those below it.
 TEST_F(SettingsTest, ValuesRoundTripCaseBlindAndSurviveANewReader) {
-    EXPECT_EQ(Get(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QStringLiteral("Default")),
-              QStringLiteral("Default"));
-    ASSERT_TRUE(Save(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()));
-    EXPECT_EQ(Get(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME")), QStringLiteral("d"));
-    ASSERT_TRUE(Save(QStringLiteral("Ticker"), QStringLiteral("Edge"), QStringLiteral("3")));
-    ASSERT_TRUE(Save(QStringLiteral("Spotlight"), QStringLiteral("a=b [x]_lastmod"),
-                     QStringLiteral("Tue, 1 = 2\nline\\two")));
-    ASSERT_TRUE(Save(QStringLiteral("AppBar"), QStringLiteral("*"), QStringLiteral("default value")));
-    ASSERT_TRUE(Save(QStringLiteral("ticker"), QStringLiteral("EDGE"), QStringLiteral("2")));
-    // A second reader sees the values, and sees later changes of the first.
+    EXPECT_EQ(Get(u"SETTINGS"_s, u"SKINNAME"_s, u"Default"_s), u"Default"_s);
+    ASSERT_TRUE(Save(u"SETTINGS"_s, u"SKINNAME"_s, QString()));
+    EXPECT_EQ(Get(u"SETTINGS"_s, u"SKINNAME"_s), u"d"_s);
+    ASSERT_TRUE(Save(u"Ticker"_s, u"Edge"_s, u"3"_s));
+    ASSERT_TRUE(Save(u"Spotlight"_s, u"a=b [x]_lastmod"_s, u"Tue, 1 = 2\nline\\two"_s));
+    ASSERT_TRUE(Save(u"AppBar"_s, u"*"_s, u"default value"_s));
+    ASSERT_TRUE(Save(u"ticker"_s, u"EDGE"_s, u"2"_s));
     CRegSettings again(home.GetPaths());
-    EXPECT_EQ(again.GetSetting(QStringLiteral("TICKER"), QStringLiteral("edge"), QString()),
-              QStringLiteral("2"));
-    EXPECT_EQ(again.GetSetting(QStringLiteral("Spotlight"), QStringLiteral("a=b [x]_lastmod"), QString()),
-              QStringLiteral("Tue, 1 = 2\nline\\two"));
-    EXPECT_EQ(again.GetSetting(QStringLiteral("AppBar"), QStringLiteral("*"), QString()),
-              QStringLiteral("default value"));
-    ASSERT_TRUE(Save(QStringLiteral("Common"), QStringLiteral("LastID"), QStringLiteral("2561")));
-    EXPECT_EQ(again.GetSetting(QStringLiteral("Common"), QStringLiteral("LastID"), QString()),
-              QStringLiteral("2561"));
-    EXPECT_TRUE(QFile::exists(home.File(QStringLiteral("config/Orvane/Tamsel.conf"))));
-}
+    EXPECT_EQ(again.GetSetting(u"TICKER"_s, u"edge"_s, QString()), u"2"_s);
+    EXPECT_EQ(again.GetSetting(u"Spotlight"_s, u"a=b [x]_lastmod"_s, QString()), u"Tue, 1 = 2\nline\\two"_s);
+    EXPECT_EQ(again.GetSetting(u"AppBar"_s, u"*"_s, QString()), u"default value"_s);
+    ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2561"_s));
+    EXPECT_EQ(again.GetSetting(u"Common"_s, u"LastID"_s, QString()), u"2561"_s);
+    EXPECT_TRUE(QFile::exists(home.File(file)));
 
-TEST_F(SettingsTest, DeleteRemovesAValueOrAWholeSection) {
-    Save(QStringLiteral("AppBar"), QStringLiteral("Edge"), QStringLiteral("1"));
-    Save(QStringLiteral("AppBar"), QStringLiteral("Auto"), QStringLiteral("True"));
-    Save(QStringLiteral("AppBar\\Inner"), QStringLiteral("X"), QStringLiteral("1"));
-    Save(QStringLiteral("Other"), QStringLiteral("Y"), QStringLiteral("1"));
-    EXPECT_TRUE(settings.DeleteSetting(QStringLiteral("AppBar"), QStringLiteral("edge")));
-    EXPECT_FALSE(settings.DeleteSetting(QStringLiteral("AppBar"), QStringLiteral("edge")));
-    EXPECT_EQ(Get(QStringLiteral("AppBar"), QStringLiteral("Edge")), QStringLiteral("d"));
-    EXPECT_EQ(Get(QStringLiteral("AppBar"), QStringLiteral("Auto")), QStringLiteral("True"));
-    EXPECT_TRUE(settings.DeleteSetting(QStringLiteral("AppBar"), QString()));
-    EXPECT_EQ(Get(QStringLiteral("AppBar"), QStringLiteral("Auto")), QStringLiteral("d"));
-    EXPECT_EQ(Get(QStringLiteral("AppBar\\Inner"), QStringLiteral("X")), QStringLiteral("d"));
-    EXPECT_EQ(Get(QStringLiteral("Other"), QStringLiteral("Y")), QStringLiteral("1"));
-}
-
-TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
-    settings.SetCompany(QStringLiteral("Microsoft"));
-    settings.SetAppName(QStringLiteral("Windows"));
-    const QString run = QStringLiteral("CurrentVersion\\Run");
-    ASSERT_TRUE(Save(run, QStringLiteral("Tamsel"), QStringLiteral("/opt/tamsel/bin/tamsel")));
-    EXPECT_EQ(Get(run, QStringLiteral("Tamsel")), QStringLiteral("/opt/tamsel/bin/tamsel"));
-    const QByteArray desktop = home.Read(QStringLiteral("config/autostart/tamsel.desktop"));
-    EXPECT_TRUE(desktop.startsWith("[Desktop Entry]\n"));
-    EXPECT_TRUE(desktop.contains("\nExec=/opt/tamsel/bin/tamsel\n")) << desktop.toStdString();
-    EXPECT_TRUE(settings.DeleteSetting(run, QStringLiteral("Tamsel")));
-    EXPECT_FALSE(QFile::exists(home.File(QStringLiteral("config/autostart/tamsel.desktop"))));
-    EXPECT_FALSE(QFile::exists(home.File(QStringLiteral("config/Microsoft/Windows.conf"))));
-}
-
-TEST_F(SettingsTest, ADamagedFileIsKeptAsideBeforeItIsRewritten) {
-    home.Write(QStringLiteral("config/Orvane/Tamsel.conf"),
-               "[PREF]\nALERT=False\n\x01garbage line without equals\n");
-    CRegSettings damaged(home.GetPaths());
-    EXPECT_EQ(damaged.GetSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QString()),
-              QStringLiteral("False"));
-    ASSERT_TRUE(damaged.SaveSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QStringLiteral("True")));
-    const QStringList aside =
-        QDir(home.File(QStringLiteral("config/Orvane"))).entryList({QStringLiteral("Tamsel.conf.damaged-*")});
-    ASSERT_EQ(aside.size(), 1);
-    EXPECT_TRUE(home.Read(QStringLiteral("config/Orvane/") + aside.first()).contains("garbage"));
-}
-
-TEST(SettingsText, BooleansAreTrueOrMinusOne) {
+    Save(u"AppBar"_s, u"Edge"_s, u"1"_s);
+    Save(u"AppBar\\Inner"_s, u"X"_s, u"1"_s);
+    EXPECT_TRUE(settings.DeleteSetting(u"AppBar"_s, u"edge"_s));
+    EXPECT_FALSE(settings.DeleteSetting(u"AppBar"_s, u"edge"_s));
+    EXPECT_EQ(Get(u"AppBar"_s, u"Edge"_s), u"d"_s);
+    EXPECT_EQ(Get(u"AppBar"_s, u"*"_s), u"default value"_s);
+    EXPECT_TRUE(settings.DeleteSetting(u"AppBar"_s, QString()));
+    EXPECT_EQ(Get(u"AppBar"_s, u"*"_s), u"d"_s);
+    EXPECT_EQ(Get(u"AppBar\\Inner"_s, u"X"_s), u"d"_s);
+    EXPECT_EQ(Get(u"Ticker"_s, u"Edge"_s), u"2"_s);
     for (const char* text : {"True", "true", "-1"}) {
         EXPECT_TRUE(CRegSettings::ToBool(QString::fromLatin1(text))) << text;
     }
@@ -97,39 +62,59 @@ TEST(SettingsText, BooleansAreTrueOrMinusOne) {
     }
 }
 
+// The system's start-up entry is an autostart file that names the program, and nothing else.
+TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
+    settings.SetCompany(u"Microsoft"_s);
+    settings.SetAppName(u"Windows"_s);
+    const QString run = u"CurrentVersion\\Run"_s;
+    ASSERT_TRUE(Save(run, u"Tamsel"_s, u"/opt/tamsel/bin/tamsel"_s));
+    EXPECT_EQ(Get(run, u"Tamsel"_s), u"/opt/tamsel/bin/tamsel"_s);
+    const QByteArray desktop = home.Read(u"config/autostart/tamsel.desktop"_s);
+    EXPECT_TRUE(desktop.startsWith("[Desktop Entry]\n"));
+    EXPECT_TRUE(desktop.contains("\nExec=/opt/tamsel/bin/tamsel\n")) << desktop.toStdString();
+    EXPECT_TRUE(settings.DeleteSetting(run, u"Tamsel"_s));
+    EXPECT_FALSE(QFile::exists(home.File(u"config/autostart/tamsel.desktop"_s)));
+    EXPECT_FALSE(QFile::exists(home.File(u"config/Microsoft/Windows.conf"_s)));
+}
+
+TEST_F(SettingsTest, ADamagedFileIsKeptAsideBeforeItIsRewritten) {
+    home.Write(file, "[PREF]\nALERT=False\n\x01garbage line without equals\n");
+    EXPECT_EQ(Get(u"PREF"_s, u"ALERT"_s), u"False"_s);
+    ASSERT_TRUE(Save(u"PREF"_s, u"ALERT"_s, u"True"_s));
+    const QStringList aside = QDir(home.File(u"config/Orvane"_s)).entryList({u"Tamsel.conf.damaged-*"_s});
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_TRUE(home.Read(u"config/Orvane/"_s + aside.first()).contains("garbage"));
+}
+
+// Inside nested stretches, writes reach the file only when the outermost one ends; another
+// writer meanwhile is read again, and the held values stay. A final write the disk refuses is
+// reported.
 TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) {
-    const QString file = QStringLiteral("config/Orvane/Tamsel.conf");
-    const QString common = QStringLiteral("Common");
-    const QString lastId = QStringLiteral("LastID");
-    ASSERT_TRUE(Save(common, lastId, QStringLiteral("2560")));
+    ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2560"_s));
     const QByteArray before = home.Read(file);
     {
         CRegSettings::DeferredWrites outer(settings);
         {
             CRegSettings::DeferredWrites inner(settings);
             for (int id = 2561; id <= 2600; ++id) {
-                ASSERT_TRUE(Save(common, lastId, QString::number(id)));
+                ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, QString::number(id)));
             }
             EXPECT_TRUE(inner.End());
         }
-        EXPECT_EQ(Get(common, lastId), QStringLiteral("2600"));
+        EXPECT_EQ(Get(u"Common"_s, u"LastID"_s), u"2600"_s);
         EXPECT_EQ(home.Read(file), before) << "written before the outermost stretch ended";
-        // Another writer meanwhile: the file is read again, and the held values stay.
         CRegSettings other(home.GetPaths());
-        ASSERT_TRUE(
-            other.SaveSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QStringLiteral("False")));
-        EXPECT_EQ(Get(QStringLiteral("PREF"), QStringLiteral("ALERT")), QStringLiteral("False"));
-        EXPECT_EQ(Get(common, lastId), QStringLiteral("2600"));
+        ASSERT_TRUE(other.SaveSetting(u"PREF"_s, u"ALERT"_s, u"False"_s));
+        EXPECT_EQ(Get(u"PREF"_s, u"ALERT"_s), u"False"_s);
+        EXPECT_EQ(Get(u"Common"_s, u"LastID"_s), u"2600"_s);
     }
     CRegSettings reader(home.GetPaths());
-    EXPECT_EQ(reader.GetSetting(common, lastId, QString()), QStringLiteral("2600"));
-    EXPECT_EQ(reader.GetSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QString()),
-              QStringLiteral("False"));
+    EXPECT_EQ(reader.GetSetting(u"Common"_s, u"LastID"_s, QString()), u"2600"_s);
+    EXPECT_EQ(reader.GetSetting(u"PREF"_s, u"ALERT"_s, QString()), u"False"_s);
 
-    // A final write that the disk refuses is reported.
     ASSERT_TRUE(QFile::remove(home.File(file)) && QDir().mkpath(home.File(file)));
     CRegSettings::DeferredWrites refused(settings);
-    EXPECT_TRUE(Save(common, lastId, QStringLiteral("2601")));
+    EXPECT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2601"_s));
     EXPECT_FALSE(refused.End());
 }
 
