@@ -32,26 +32,18 @@ constexpr int kTimeFactor = 25;
 constexpr int kWatchMs = 10;
 constexpr int kToolWaitMs = 10000;
 
-// A check has run and ended: the reload timer no longer waits for the first check or for a free
-// slot (both under a minute) but for the update period (0 for the built-in folders), or an hour
-// after a failure.
-bool Checked(const RSSChannel& channel) {
-    const quint32 interval = channel.ReloadInterval();
-    return !channel.Busy() && (interval == 0 || interval >= RSSChannel::kMinuteMs);
-}
-
+// Every channel of the active profile has run and ended a check: its reload timer no longer waits
+// for the first check or for a free slot (both under a minute) but for the update period (0 for the
+// built-in folders), or an hour after a failure.
 bool AllChecked(const frmMain& main) {
     const clsProfile* profile = main.ActiveProfile();
-    if (!profile || profile->ChannelCount() == 0) {
-        return false;
-    }
-    for (int i = 1; i <= profile->ChannelCount(); ++i) {
+    bool checked = profile && profile->ChannelCount() > 0;
+    for (int i = 1; checked && i <= profile->ChannelCount(); ++i) {
         const RSSChannel* channel = profile->GetChannel(i);
-        if (!channel || !Checked(*channel)) {
-            return false;
-        }
+        const quint32 interval = channel ? channel->ReloadInterval() : 0;
+        checked = channel && !channel->Busy() && (interval == 0 || interval >= RSSChannel::kMinuteMs);
     }
-    return true;
+    return checked;
 }
 
 } // namespace

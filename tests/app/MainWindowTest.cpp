@@ -1,41 +1,162 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MainWindowFixture.h"
 #include "app/Runtime.h"
-#include "app/SharedHelpers.h"
 #include "app/clsProfile.h"
 #include "app/colProfiles.h"
+#include "app/frmAbout.h"
 #include "app/frmMain.h"
+#include "app/frmPreferences.h"
 #include "app/frmUser.h"
 #include "feeds/RSSChannel.h"
 #include "groups/RSSGroup.h"
+#include "groups/frmAddChannel.h"
+#include "groups/frmAddGroup.h"
+#include "groups/frmChannelManage.h"
 #include "platform/CRegSettings.h"
-#include "skin/SkinHost.h"
-#include "skin/frmTamselSkin.h"
+#include "skin/SkinColor.h"
+#include "skin/SkinSurface.h"
+#include "skin/SkinTestSupport.h"
+#include "skin/frmSkin.h"
 #include "support/EventPump.h"
 #include "support/FocusChain.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 #include "ticker/frmTicker.h"
+#include "views/frmProperties.h"
 
-#include <QAbstractButton>
-#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
+#include <QListWidget>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSystemTrayIcon>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace main_window_test;
-using MainWindowTest = MainWindowFixture;
+constexpr int kPumpLimitMs = 10000;
+// The two channels of data/Ana/channels.xml.
+const QString kFeed = u"http://127.0.0.1:9/science.xml"_s;
+const QString kOther = u"http://127.0.0.1:9/other.xml"_s;
+
+// Runs `command` and answers every message box it shows, in turn with `answers` and then with OK;
+// gives what the boxes said.
+QStringList Answered(const std::function<void()>& command, QList<QMessageBox::StandardButton> answers = {}) {
+    QStringList said;
+    QTimer answerer;
+    QObject::connect(&answerer, &QTimer::timeout, [&said, &answers] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box && box->isVisible() && !box->property("answered").toBool()) {
+            box->setProperty("answered", true);
+            said.append(box->text());
+            QAbstractButton* answer = box->button(answers.isEmpty() ? QMessageBox::Ok : answers.takeFirst());
+            ASSERT_NE(answer, nullptr) << "the box offers no such answer: " << box->text().toStdString();
+            answer->click();
+        }
+    });
+    answerer.start(1);
+    command();
+    QCoreApplication::processEvents();
+    return said;
+}
+
+// Runs `command` and hands the modal dialog of type T that it opens to `answer`; false when none came.
+template <typename T>
+bool WithModal(const std::function<void()>& command, const std::function<void(T&)>& answer) {
+    bool came = false;
+    QTimer watch;
+    watch.setSingleShot(true);
+    QObject::connect(&watch, &QTimer::timeout, [&came, &answer] {
+        if (auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget())) {
+            came = true;
+            answer(*dialog);
+        }
+    });
+    watch.start(0);
+    command();
+    return came;
+}
+
+template <typename T> T* TopLevel() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* found = qobject_cast<T*>(widget); found && found->isVisible()) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+// Visible entries of a menu, by caption, joined by bars.
+QString Shown(const QMenu& menu) {
+    QStringList shown;
+    for (const QAction* action : menu.actions()) {
+        if (action->isVisible()) {
+            shown.append(action->isSeparator() ? u"-"_s : action->text());
+        }
+    }
+    return shown.join(u'|');
+}
+
+QAction* Entry(const QMenu& menu, const QString& caption) {
+    const QList<QAction*> entries = menu.actions();
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&](QAction* a) { return a->text() == caption; });
+    EXPECT_NE(found, entries.end()) << "no entry " << caption.toStdString();
+    return found == entries.end() ? nullptr : *found;
+}
+
+// Chooses an entry of a menu, answering the boxes it shows as Answered does.
+QStringList Choose(const QMenu& menu, const QString& caption,
+                   QList<QMessageBox::StandardButton> answers = {}) {
+    return Answered([&] { Entry(menu, caption)->trigger(); }, answers);
+}
+
+class MainWindowTest : public ::testing::Test {
+protected:
+    // The profile Ana of data/ (the group Science holding kFeed, the group Empty), or no profile at
+    // all for a first start.
+    void Start(bool withProfile = true, bool trayAvailable = true) {
+        for (const QString& name : {u"profiles.xml"_s, u"Ana/channels.xml"_s, u"Ana/groups.xml"_s}) {
+            QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
+            if (withProfile && file.open(QIODevice::ReadOnly)) {
+                home.Write(u"profiles/"_s + name, file.readAll());
+            }
+        }
+        runtime.InstallDataFolder();
+        runtime.LoadNamespaceStylesheet(nullptr);
+        window = std::make_unique<frmMain>(runtime, skin, trayAvailable);
+        ASSERT_TRUE(!withProfile || PumpUntil([this] { return Loaded(); }, kPumpLimitMs));
+    }
+    bool Loaded() { return window->ActiveProfile() && window->Tree()->topLevelItemCount() > 0; }
+    QTreeWidget& Tree() { return *window->Tree(); }
+    RSSChannel& Channel(const QString& url) { return *window->ActiveProfile()->GetChannel(url); }
+    QTreeWidgetItem* Node(const QString& key) { return window->Node(key); }
+    void Select(const QString& key) {
+        Tree().setFocus();
+        Tree().setCurrentItem(Node(key));
+        ASSERT_NE(Tree().currentItem(), nullptr) << key.toStdString();
+    }
+    bool Ended(QSignalSpy& unloaded) {
+        return PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs);
+    }
+
+    TestHome home;
+    RecordingDesktop desktop;
+    Runtime runtime{home.GetPaths(), desktop};
+    FakeSkinHost skinHost;
+    frmTamselSkin skin{runtime.Settings(), home.GetPaths(), runtime.GetServices().clock, skinHost};
+    std::unique_ptr<frmMain> window;
+};
 
 TEST_F(MainWindowTest, AFirstStartAsksForANameThenShowsTheNewProfileTopToBottom) {
     Start(false);
@@ -43,37 +164,27 @@ TEST_F(MainWindowTest, AFirstStartAsksForANameThenShowsTheNewProfileTopToBottom)
     EXPECT_TRUE(window->FirstRun()) << "the help channel still has to open once";
     frmUser* dialog = nullptr;
     ASSERT_TRUE(PumpUntil([&dialog] { return (dialog = TopLevel<frmUser>()) != nullptr; }, kPumpLimitMs));
-    EXPECT_EQ(dialog->Username()->text(), u"My Username"_s);
-
-    struct Case {
-        const char* typed;
-        const char* message;
-    };
     window->Users()->AddUser(u"Taken"_s, false, true);
-    for (const Case& c : {Case{"", "Please enter a username"}, Case{"Taken", "Username already exists"}}) {
-        SCOPED_TRACE(c.typed);
-        dialog->Username()->setText(QString::fromUtf8(c.typed));
-        QString message;
-        AnswerMessageBox(QMessageBox::Ok, &message);
-        QTest::mouseClick(dialog->CreateButton(), Qt::LeftButton);
-        EXPECT_EQ(message, QString::fromUtf8(c.message));
+    for (const QString& typed : {u""_s, u"Taken"_s}) {
+        dialog->Username()->setText(typed);
+        EXPECT_EQ(Answered([dialog] { QTest::mouseClick(dialog->CreateButton(), Qt::LeftButton); }),
+                  QStringList{typed.isEmpty() ? u"Please enter a username"_s : u"Username already exists"_s});
         EXPECT_TRUE(dialog->isVisible());
     }
     dialog->Username()->setText(u"taken"_s);
     QTest::mouseClick(dialog->CreateButton(), Qt::LeftButton);
     ASSERT_TRUE(PumpUntil([this] { return Loaded() && !TopLevel<frmUser>(); }, kPumpLimitMs));
     EXPECT_EQ(window->ActiveProfile()->Name(), u"taken"_s) << "names differing in case only are new";
-
-    EXPECT_EQ(
-        Captions(Tree()).join(u'/'),
-        (QStringList{u"Tagged  (0)"_s, u"Tamsel News  (0)"_s, u"Deleted  (0)"_s, u"Help  (0)"_s,
-                     u"Spotlight  (0)"_s, u"All Items"_s, u"  Today  (0)"_s, u"  Yesterday  (0)"_s,
-                     u"  Past 7 Days  (0)"_s, u"  Unread  (0)"_s, u"  Read  (0)"_s, u"My Channels  (0)"_s})
-            .join(u'/'));
-    EXPECT_EQ(Node(GroupName::Tamsel), nullptr);
+    // Each node's text, indented by two blanks under its parent, top to bottom.
+    QStringList captions;
     for (QTreeWidgetItemIterator it(&Tree()); *it; ++it) {
         EXPECT_FALSE((*it)->icon(0).isNull()) << (*it)->text(0).toStdString();
+        captions.append(((*it)->parent() ? u"  "_s : QString()) + (*it)->text(0));
     }
+    EXPECT_EQ(captions.join(u'/'),
+              u"Tagged  (0)/Tamsel News  (0)/Deleted  (0)/Help  (0)/Spotlight  (0)/All Items/"
+              u"  Today  (0)/  Yesterday  (0)/  Past 7 Days  (0)/  Unread  (0)/  Read  (0)/"
+              u"My Channels  (0)"_s);
     EXPECT_TRUE(home.Read(u"profiles/taken/groups.xml"_s).contains("My Channels"));
     EXPECT_TRUE(home.Read(u"profiles/profiles.xml"_s).contains("taken"));
     ASSERT_TRUE(PumpUntil([this] { return window->TrayIconShown(); }, kPumpLimitMs));
@@ -82,214 +193,190 @@ TEST_F(MainWindowTest, AFirstStartAsksForANameThenShowsTheNewProfileTopToBottom)
 TEST_F(MainWindowTest, ADamagedProfileListIsNamedAndANewProfileCanBeMade) {
     home.Write(u"profiles/profiles.xml"_s, "<tamselprofiles><user>");
     runtime.LoadNamespaceStylesheet(nullptr);
-    QString message;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, [&message] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            message = box->text();
-            box->accept();
-        }
+    const QStringList said = Answered([this] {
+        window = std::make_unique<frmMain>(runtime, skin, true);
+        ASSERT_TRUE(PumpUntil([] { return TopLevel<frmUser>() != nullptr; }, kPumpLimitMs));
     });
-    watch.start(5);
-    window = std::make_unique<frmMain>(runtime, skin, true);
-    ASSERT_TRUE(PumpUntil([] { return TopLevel<frmUser>() != nullptr; }, kPumpLimitMs));
+    ASSERT_EQ(said.size(), 1);
     ASSERT_FALSE(window->Users()->DamagedFile().isEmpty());
-    EXPECT_TRUE(message.startsWith(colProfiles::kReadError)) << message.toStdString();
-    EXPECT_TRUE(message.contains(window->Users()->DamagedFile())) << message.toStdString();
+    EXPECT_TRUE(said[0].startsWith(colProfiles::kReadError)) << said[0].toStdString();
+    EXPECT_TRUE(said[0].contains(window->Users()->DamagedFile())) << said[0].toStdString();
 }
 
-TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpens) {
+TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoGroupsChangesBothNodes) {
     Start();
     RSSChannel& channel = Channel(kFeed);
     channel.SetNewItems(true);
     QTreeWidgetItem* group = Node(u"Science"_s);
     QTreeWidgetItem* node = Node(u"Science|"_s + kFeed);
-    ASSERT_NE(node, nullptr);
-    Select(group);
+    Select(u"Science"_s);
     QTest::keyClick(&Tree(), Qt::Key_Down);
     EXPECT_EQ(Tree().currentItem(), node);
     EXPECT_TRUE(channel.NewItems()) << "moving the selection opened the channel";
-
     QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualItemRect(node).center());
     EXPECT_FALSE(channel.NewItems()) << "a click opens the channel's view";
-
     channel.SetNewItems(true);
     QTest::keyClick(&Tree(), Qt::Key_Return);
     EXPECT_FALSE(channel.NewItems()) << "Enter opens it from the keyboard";
-
     // A click on a group folds it and remembers it.
-    ASSERT_TRUE(group->isExpanded());
     QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualItemRect(group).center());
     EXPECT_FALSE(group->isExpanded());
     EXPECT_FALSE(window->ActiveProfile()->GetGroup(u"Science"_s)->Expanded());
+
+    window->AddChannel(kFeed, u"Empty"_s);
+    QTreeWidgetItem* second = Node(u"Empty|"_s + kFeed);
+    ASSERT_NE(second, nullptr);
+    channel.SetTitle(u"Renamed"_s);
+    window->StateChange(u"Ana"_s, channel);
+    for (QTreeWidgetItem* shown : {node, second}) {
+        EXPECT_EQ(shown->text(0), channel.TitleAndCount());
+        EXPECT_TRUE(shown->text(0).startsWith(u"Renamed"_s));
+        EXPECT_EQ(shown->icon(0).cacheKey(), node->icon(0).cacheKey());
+    }
+    channel.SetTitle(u"Elsewhere"_s);
+    window->StateChange(u"Bob"_s, channel);
+    EXPECT_TRUE(node->text(0).startsWith(u"Renamed"_s)) << "a report of another profile changes nothing";
+    // Leaving one of two groups asks nothing.
+    Select(u"Empty|"_s + kFeed);
+    EXPECT_EQ(Choose(*window->ActionsMenu(), u"Re&move Channel"_s), QStringList());
+    EXPECT_EQ(Node(u"Empty|"_s + kFeed), nullptr);
+    EXPECT_NE(Node(u"Science|"_s + kFeed), nullptr);
 }
 
 TEST_F(MainWindowTest, TheDeleteKeyAsksRefusesOrDoesNothingByNode) {
     Start();
-    struct Case {
-        QString key;
-        QString message;
-        bool nodeStays;
+    // Each row: the node, the answer to a question, what the window said, whether the node stays.
+    const std::tuple<QString, QMessageBox::StandardButton, QString, bool> cases[] = {
+        {u"All Items|_tamsel/today"_s, QMessageBox::Ok, QString(), true},
+        {u"Tamsel|_tamsel/flagged"_s, QMessageBox::Ok, QString(), true},
+        {u"Science|"_s + kFeed, QMessageBox::No, u"Remove Science Daily from Science?"_s, true},
+        {u"Science"_s, QMessageBox::Ok, u"Remove all Channels before deleting Group"_s, true},
+        {u"Empty"_s, QMessageBox::Ok, QString(), false},
     };
-    const Case cases[] = {
-        {u"All Items|_tamsel/today"_s, QString(), true},
-        {u"Tamsel|_tamsel/flagged"_s, QString(), true},
-        {u"Science|"_s + kFeed, u"Remove Science Daily from Science?"_s, true},
-        {u"Science"_s, u"Remove all Channels before deleting Group"_s, true},
-        {u"Empty"_s, QString(), false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.key.toStdString());
-        QTreeWidgetItem* node = Node(c.key);
-        ASSERT_NE(node, nullptr);
-        Select(node);
-        QString message;
-        AnswerMessageBox(QMessageBox::No, &message);
-        QTest::keyClick(&Tree(), Qt::Key_Delete);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(message, c.message);
-        EXPECT_EQ(Node(c.key) != nullptr, c.nodeStays);
+    const auto pressDelete = [this] { QTest::keyClick(&Tree(), Qt::Key_Delete); };
+    for (const auto& [key, answer, message, stays] : cases) {
+        Select(key);
+        EXPECT_EQ(Answered(pressDelete, {answer}).join(u'|'), message) << key.toStdString();
+        EXPECT_EQ(Node(key) != nullptr, stays) << key.toStdString();
     }
-    EXPECT_EQ(window->ActiveProfile()->GetGroup(u"Empty"_s), nullptr);
     EXPECT_FALSE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Empty")) << "the deletion is saved";
-
-    // Yes removes the channel from its last group and offers to unsubscribe it.
-    Select(Node(u"Science|"_s + kFeed));
-    QStringList asked;
-    QList<QMessageBox::StandardButton> answers = {QMessageBox::Yes, QMessageBox::No};
-    QTimer answerer;
-    QObject::connect(&answerer, &QTimer::timeout, [&asked, &answers] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box && box->isVisible() && !answers.isEmpty() && !asked.contains(box->text())) {
-            asked.append(box->text());
-            box->button(answers.takeFirst())->click();
-        }
-    });
-    answerer.start(2);
-    QTest::keyClick(&Tree(), Qt::Key_Delete);
-    ASSERT_EQ(asked.size(), 2);
-    const QString offer = asked.last();
-    EXPECT_TRUE(offer.startsWith(u"This channel is no longer associated with a group."_s));
-    EXPECT_EQ(Node(u"Science|"_s + kFeed), nullptr);
-    EXPECT_NE(window->ActiveProfile()->GetChannel(kFeed), nullptr) << "No keeps the subscription";
-}
-
-TEST_F(MainWindowTest, OneChannelInTwoGroupsChangesBothNodes) {
-    Start();
-    window->AddChannel(kFeed, u"Empty"_s);
-    QTreeWidgetItem* first = Node(u"Science|"_s + kFeed);
-    QTreeWidgetItem* second = Node(u"Empty|"_s + kFeed);
-    ASSERT_NE(second, nullptr);
-    RSSChannel& channel = Channel(kFeed);
-    channel.SetTitle(u"Renamed"_s);
-    channel.SetNewItems(true);
-    window->StateChange(u"Ana"_s, channel);
-    for (QTreeWidgetItem* node : {first, second}) {
-        EXPECT_EQ(node->text(0), channel.TitleAndCount());
-        EXPECT_TRUE(node->text(0).startsWith(u"Renamed"_s));
-        EXPECT_EQ(node->icon(0).cacheKey(), first->icon(0).cacheKey());
+    // Yes removes a channel from its last group and offers to unsubscribe it.
+    window->AddChannel(kOther, u"Science"_s);
+    for (const auto& [url, unsubscribe] :
+         {std::pair{kFeed, QMessageBox::No}, std::pair{kOther, QMessageBox::Yes}}) {
+        SCOPED_TRACE(url.toStdString());
+        Select(u"Science|"_s + url);
+        const QStringList said = Answered(pressDelete, {QMessageBox::Yes, unsubscribe});
+        ASSERT_EQ(said.size(), 2);
+        EXPECT_TRUE(said[1].startsWith(u"This channel is no longer associated with a group."_s));
+        EXPECT_EQ(Node(u"Science|"_s + url), nullptr);
+        EXPECT_EQ(window->ActiveProfile()->GetChannel(url) != nullptr, unsubscribe == QMessageBox::No);
     }
-
-    // A report of another profile changes nothing.
-    channel.SetTitle(u"Elsewhere"_s);
-    window->StateChange(u"Bob"_s, channel);
-    EXPECT_TRUE(first->text(0).startsWith(u"Renamed"_s));
 }
 
-TEST_F(MainWindowTest, TheActionsPopupShowsTheEntriesOfTheNode) {
+TEST_F(MainWindowTest, TheMenusReadAsWrittenAndThePopupShowsTheEntriesOfTheNode) {
     Start();
-    const QStringList channelEntries = {u"&View Channel"_s, u"&Mark All Read"_s, u"R&eload Channel"_s,
-                                        u"Re&move Channel"_s, u"&Properties..."_s};
-    struct Case {
-        QString key;
-        QStringList context;
-    };
-    const Case cases[] = {
-        {u"Science|"_s + kFeed, channelEntries},
-        {u"All Items|_tamsel/today"_s,
-         {u"&View Channel"_s, u"&Mark All Read"_s, u"R&eload Channel"_s, u"&Properties..."_s}},
-        {u"Science"_s,
-         {u"&View Channels in Group"_s, u"Reload &Channels in Group"_s, u"Re&name Group"_s,
-          u"&Delete Group"_s}},
-        {u"Spotlight"_s, {u"&View Channels in Group"_s, u"Reload &Channels in Group"_s}},
+    const QList<QAction*> bar = window->MenuBar()->actions();
+    ASSERT_GE(bar.size(), 3);
+    EXPECT_EQ(QString(bar[0]->text() + bar[1]->text() + bar[2]->text()), u"&File&Actions&Help"_s);
+    EXPECT_EQ(Shown(*window->FileMenu()), u"Export &OPML File...|-|&Profile|Change &Skin...|P&references...|"
+                                          u"Always On &Top|-|Show Ticker &Bar|&Close"_s);
+    EXPECT_EQ(Shown(*window->HelpMenu()), u"&Help Channel|&Tamsel Website|-|&About..."_s);
+    const std::pair<QString, QString> cases[] = {
+        {u"Science|"_s + kFeed,
+         u"&View Channel|&Mark All Read|R&eload Channel|Re&move Channel|&Properties..."_s},
+        {u"All Items|_tamsel/today"_s, u"&View Channel|&Mark All Read|R&eload Channel|&Properties..."_s},
+        {u"Science"_s, u"&View Channels in Group|Reload &Channels in Group|Re&name Group|&Delete Group"_s},
+        {u"Spotlight"_s, u"&View Channels in Group|Reload &Channels in Group"_s},
     };
     QMenu& actions = *window->ActionsMenu();
-    const QStringList fixed = Shown(actions);
-    EXPECT_FALSE(fixed.contains(u"-"_s)) << "context entries are hidden outside the popup";
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.key.toStdString());
-        QTreeWidgetItem* node = Node(c.key);
-        ASSERT_NE(node, nullptr);
-        const QPoint at = Tree().visualItemRect(node).center();
+    const QString fixed = u"&Add Channels...|Add &Group...|&Reload All Channels|&Delete Channels..."_s;
+    EXPECT_EQ(Shown(actions), fixed) << "context entries are hidden outside the popup";
+    for (const auto& [key, context] : cases) {
+        SCOPED_TRACE(key.toStdString());
+        const QPoint at = Tree().visualItemRect(Node(key)).center();
         QContextMenuEvent event(QContextMenuEvent::Mouse, at, Tree().viewport()->mapToGlobal(at));
         QApplication::sendEvent(Tree().viewport(), &event);
         ASSERT_TRUE(actions.isVisible());
-        EXPECT_EQ(Tree().currentItem(), node);
-        EXPECT_EQ(Shown(actions), fixed + QStringList{u"-"_s} + c.context);
+        EXPECT_EQ(Tree().currentItem(), Node(key));
+        EXPECT_EQ(Shown(actions), QString(fixed + u"|-|"_s + context));
         actions.hide();
         QCoreApplication::processEvents();
         EXPECT_EQ(Shown(actions), fixed);
     }
 }
 
-TEST_F(MainWindowTest, TheTrayListsTheChannelsWithNewItems) {
+TEST_F(MainWindowTest, TheTrayListsTheChannelsWithNewItemsBringsTheWindowBackAndNewsSoundsForAnasGroupsOnly) {
     Start();
     window->LoadTrayMenu();
-    EXPECT_TRUE(Shown(*window->NewItemsMenu()).isEmpty());
-    EXPECT_EQ(Shown(*window->TrayMenu()),
-              (QStringList{u"&New Items"_s, u"&Show Ticker Bar"_s, u"&Open Tamsel"_s, u"E&xit"_s}));
+    EXPECT_EQ(Shown(*window->NewItemsMenu()), QString());
+    EXPECT_EQ(Shown(*window->TrayMenu()), u"&New Items|&Show Ticker Bar|&Open Tamsel|E&xit"_s);
     EXPECT_TRUE(window->TrayMenu()->defaultAction()->font().bold());
-
     Channel(kFeed).SetNewItems(true);
     Channel(kOther).SetNewItems(true);
     window->LoadTrayMenu();
+    EXPECT_EQ(Shown(*window->TrayMenu()).left(13), u"&New Items|-|"_s);
     EXPECT_EQ(Shown(*window->NewItemsMenu()),
-              (QStringList{Channel(kFeed).TitleAndCount(), Channel(kOther).TitleAndCount()}));
-    EXPECT_EQ(Shown(*window->TrayMenu()).at(1), u"-"_s);
-
+              QString(Channel(kFeed).TitleAndCount() + u'|' + Channel(kOther).TitleAndCount()));
     // Choosing an entry opens its channel; the list shrinks without losing entries.
     window->NewItemsMenu()->actions().at(0)->trigger();
     EXPECT_FALSE(Channel(kFeed).NewItems());
     window->LoadTrayMenu();
-    EXPECT_EQ(Shown(*window->NewItemsMenu()), QStringList{Channel(kOther).TitleAndCount()});
+    EXPECT_EQ(Shown(*window->NewItemsMenu()), Channel(kOther).TitleAndCount());
+    window->hide();
+    auto* icon = window->findChild<QSystemTrayIcon*>();
+    ASSERT_NE(icon, nullptr);
+    Q_EMIT icon->activated(QSystemTrayIcon::Trigger);
+    EXPECT_FALSE(window->isVisible()) << "a single click leaves a hidden window hidden";
+    Q_EMIT icon->activated(QSystemTrayIcon::DoubleClick);
+    EXPECT_TRUE(window->isVisible());
+
+    // kOther is subscribed but in no group.
+    const std::tuple<QString, QString, qsizetype> news[] = {
+        {u"Bob"_s, QString(), 0}, {u"Ana"_s, kOther, 0}, {u"Ana"_s, kFeed, 1}};
+    for (const auto& [profile, channel, sounds] : news) {
+        window->PopupInfo(u"New items"_s, profile, channel);
+        EXPECT_EQ(desktop.sounds.size(), sounds) << profile.toStdString() << " " << channel.toStdString();
+    }
+    EXPECT_EQ(window->DecodeText(u"{user} and {user}: {channels}/{chls} channels, {items} items"_s),
+              u"Ana and {user}: 4/4 channels, 0 items"_s);
 }
 
 TEST_F(MainWindowTest, TheTickerFollowsItsSettingAndItsEntriesAgree) {
     runtime.Settings().SaveSetting(u"Ticker"_s, u"Show"_s, u"True"_s);
     Start();
-    QAction& trayEntry = *window->TrayMenu()->actions().at(2);
-    ASSERT_EQ(trayEntry.text(), u"&Show Ticker Bar"_s);
-    QAction& fileEntry = *window->FileMenu()->actions().at(7);
-    ASSERT_EQ(fileEntry.text(), u"Show Ticker &Bar"_s);
-    const auto marksAgree = [&](bool shown) {
-        return trayEntry.isChecked() == shown && fileEntry.isChecked() == shown;
+    QAction& trayEntry = *Entry(*window->TrayMenu(), u"&Show Ticker Bar"_s);
+    QAction& fileEntry = *Entry(*window->FileMenu(), u"Show Ticker &Bar"_s);
+    const auto shownAndMarked = [&](bool shown) {
+        const bool ended = shown || PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs);
+        return ended && (window->Ticker() != nullptr) == shown && trayEntry.isChecked() == shown &&
+               fileEntry.isChecked() == shown &&
+               runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, {}) == (shown ? u"True"_s : u"False"_s);
     };
-    ASSERT_NE(window->Ticker(), nullptr) << "shown at start when it was shown before";
-    EXPECT_TRUE(marksAgree(true));
+    EXPECT_TRUE(shownAndMarked(true)) << "shown at start when it was shown before";
     EXPECT_EQ(Shown(*window->TickerMenu()),
-              (QStringList{u"Open &Item in Browser"_s, u"&Open Tamsel"_s, u"-"_s, u"&Dock"_s, u"&Effects"_s,
-                           u"&Close Ticker Bar"_s}));
+              u"Open &Item in Browser|&Open Tamsel|-|&Dock|&Effects|&Close Ticker Bar"_s);
+    // The Effects entries choose the ticker's effect and mark the one it runs.
+    QMenu& effects = *Entry(*window->TickerMenu(), u"&Effects"_s)->menu();
+    Entry(effects, u"&Fade"_s)->trigger();
+    EXPECT_EQ(window->Ticker()->CurrentEffect(), frmTicker::EffectFade);
+    window->Ticker()->SetEffect(frmTicker::EffectType);
+    effects.popup({0, 0});
+    EXPECT_TRUE(Entry(effects, u"&TypeWrite"_s)->isChecked());
+    EXPECT_FALSE(Entry(effects, u"&Fade"_s)->isChecked());
+    effects.hide();
 
-    window->TickerMenu()->actions().last()->trigger();
-    ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
-    EXPECT_TRUE(marksAgree(false));
-    EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"False"_s);
-
+    Entry(*window->TickerMenu(), u"&Close Ticker Bar"_s)->trigger();
+    EXPECT_TRUE(shownAndMarked(false));
     fileEntry.trigger();
-    ASSERT_NE(window->Ticker(), nullptr);
-    EXPECT_TRUE(marksAgree(true));
+    EXPECT_TRUE(shownAndMarked(true));
     trayEntry.trigger();
-    ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
-    EXPECT_TRUE(marksAgree(false));
+    EXPECT_TRUE(shownAndMarked(false));
     trayEntry.trigger();
-    ASSERT_NE(window->Ticker(), nullptr);
-    EXPECT_TRUE(marksAgree(true));
-    EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"True"_s);
-    // Closed by its own button, the ticker clears the mark as the menu entry would.
+    EXPECT_TRUE(shownAndMarked(true));
+    // Closed by its own button, the ticker clears the marks as the menu entry would.
     window->Ticker()->SkinHandler(u"close"_s);
-    ASSERT_TRUE(PumpUntil([this] { return window->Ticker() == nullptr; }, kPumpLimitMs));
-    EXPECT_TRUE(marksAgree(false));
-    EXPECT_EQ(runtime.Settings().GetSetting(u"Ticker"_s, u"Show"_s, QString()), u"False"_s);
+    EXPECT_TRUE(shownAndMarked(false));
 }
 
 TEST_F(MainWindowTest, ExitFromTheTraySavesEverythingAndEndsAfterTheMenuCloses) {
@@ -302,12 +389,11 @@ TEST_F(MainWindowTest, ExitFromTheTraySavesEverythingAndEndsAfterTheMenuCloses) 
     QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
     QMenu& tray = *window->TrayMenu();
     tray.popup(QPoint(10, 10));
-    const QList<QAction*> entries = tray.actions();
-    entries.last()->trigger();
+    Entry(tray, u"E&xit"_s)->trigger();
     EXPECT_TRUE(window->ExitRequested());
     EXPECT_NE(window->ActiveProfile(), nullptr) << "nothing goes while the menu is open";
     tray.hide();
-    ASSERT_TRUE(PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs));
+    ASSERT_TRUE(Ended(unloaded));
     EXPECT_EQ(window->ActiveProfile(), nullptr);
     EXPECT_FALSE(window->isVisible());
     for (const QString& file : files) {
@@ -316,40 +402,336 @@ TEST_F(MainWindowTest, ExitFromTheTraySavesEverythingAndEndsAfterTheMenuCloses) 
     EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Science"));
 }
 
+// Refused writes: the user chooses between staying, trying again and leaving without the save.
+TEST_F(MainWindowTest, AnEndThatCannotSaveAsksAndStaysOnCancel) {
+    Start();
+    // A folder where the profile list belongs makes every save of the list fail.
+    QFile::remove(home.File(u"profiles/profiles.xml"_s));
+    home.Write(u"profiles/profiles.xml/blocker"_s, "x");
+    QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
+    QStringList said = Answered([this] { window->ShutDown(); }, {QMessageBox::Cancel});
+    ASSERT_EQ(said.size(), 1);
+    EXPECT_TRUE(said[0].startsWith(u"Tamsel could not save:"_s)) << said[0].toStdString();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(window->ExitRequested());
+    EXPECT_NE(window->ActiveProfile(), nullptr);
+    said = Answered([&] { window->ShutDown(); }, {QMessageBox::Retry, QMessageBox::Discard});
+    EXPECT_EQ(said.size(), 2) << "Retry tries again";
+    EXPECT_TRUE(Ended(unloaded));
+}
+
 TEST_F(MainWindowTest, TheCloseControlHidesToTheTrayOrEndsWithoutOne) {
     for (const bool tray : {true, false}) {
-        SCOPED_TRACE(tray ? "with a tray" : "without a tray");
+        SCOPED_TRACE(tray);
         window.reset();
         Start(true, tray);
-        QFile::remove(home.File(u"profiles/Ana/groups.xml"_s));
         QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
-        ASSERT_TRUE(window->isVisible());
         window->SkinHandler(u"close"_s);
         EXPECT_FALSE(window->isVisible());
+        EXPECT_EQ(window->ExitRequested(), !tray);
         if (tray) {
-            EXPECT_NE(window->ActiveProfile(), nullptr);
-            EXPECT_FALSE(window->ExitRequested());
             window->ShowAndRaise();
             EXPECT_TRUE(window->isVisible());
+            EXPECT_NE(window->ActiveProfile(), nullptr);
         } else {
-            ASSERT_TRUE(PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs));
-            EXPECT_TRUE(QFile::exists(home.File(u"profiles/Ana/groups.xml"_s))) << "ending saves";
+            EXPECT_TRUE(Ended(unloaded));
         }
     }
-}
-
-TEST_F(MainWindowTest, DecodeTextReplacesTheFirstOfEachPlaceholder) {
-    Start();
-    EXPECT_EQ(window->DecodeText(u"{user} and {user}: {channels}/{chls} channels, {items} items"_s),
-              u"Ana and {user}: 4/4 channels, 0 items"_s);
-    EXPECT_EQ(window->DecodeText(u"no placeholders"_s), u"no placeholders"_s);
-}
-
-TEST_F(MainWindowTest, EveryFocusableControlHasAnAccessibleName) {
-    Start();
     const FocusChain chain = FocusChain::Walk(*window, &Tree());
     ASSERT_FALSE(chain.visited.isEmpty());
     EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+}
+
+TEST_F(MainWindowTest, TheFrameFollowsTheWindowControlsAndPreferencesLeftWithCancelStoreNothing) {
+    Start();
+    EXPECT_FALSE(window->MenuBar()->isVisible()) << "a skinned window starts without its frame";
+    for (const bool framed : {true, false}) {
+        window->SkinHandler(u"windowframe"_s);
+        EXPECT_EQ(window->MenuBar()->isVisible(), framed);
+    }
+    // Maximising a frameless window gains the frame and the menus first.
+    window->SkinHandler(u"max"_s);
+    EXPECT_TRUE(window->MenuBar()->isVisible());
+    EXPECT_TRUE(window->isMaximized());
+    window->SkinHandler(u"max"_s);
+    EXPECT_FALSE(window->isMaximized());
+    QAction* onTop = Entry(*window->FileMenu(), u"Always On &Top"_s);
+    for (const bool on : {true, false}) {
+        onTop->trigger();
+        EXPECT_EQ(window->windowFlags().testFlag(Qt::WindowStaysOnTopHint), on);
+    }
+    EXPECT_TRUE(WithModal<frmPreferences>([this] { Choose(*window->FileMenu(), u"P&references..."_s); },
+                                          [](frmPreferences& dialog) {
+                                              dialog.chkAlert()->click();
+                                              dialog.cmdCancel()->click();
+                                          }));
+    EXPECT_EQ(runtime.Settings().GetSetting(u"PREF"_s, u"ALERT"_s, u"unset"_s), u"unset"_s);
+}
+
+TEST_F(MainWindowTest, GroupNamesAreCheckedBeforeAnythingChanges) {
+    Start();
+    const QString exists = u"Group already exists.  Please select another name."_s;
+    const std::tuple<std::function<bool()>, bool, QString> cases[] = {
+        {[this] { return window->AddGroup(u"  "_s); }, false, u"Please enter a group name."_s},
+        {[this] { return window->AddGroup(u"Science"_s); }, false, exists},
+        {[this] { return window->AddGroup(u" News "_s); }, true, QString()},
+        {[this] { return window->RenameGroup(u"Science"_s, u"Science"_s); }, true, QString()},
+        {[this] { return window->RenameGroup(u"Science"_s, u"Empty"_s); }, false, exists},
+        {[this] { return window->RenameGroup(u"Science"_s, u" "_s); }, false, u"Please enter a Group Name"_s},
+        {[this] { return window->RenameGroup(u"Science"_s, u"Physics"_s); }, true, QString()},
+    };
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        const auto& [command, accepted, message] = cases[i];
+        bool done = !accepted;
+        EXPECT_EQ(Answered([&] { done = command(); }).join(u'|'), message) << "case " << i;
+        EXPECT_EQ(done, accepted) << "case " << i;
+    }
+    EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("<title>News</title>"))
+        << "a new group is saved";
+    EXPECT_EQ(window->ActiveProfile()->GetGroup(u"Science"_s), nullptr);
+    EXPECT_NE(Node(u"Physics|"_s + kFeed), nullptr) << "the tree shows the renamed group with its channel";
+    EXPECT_NE(Node(u"News"_s), nullptr);
+}
+
+TEST_F(MainWindowTest, ChannelCommandsNeedAChannelAndGroupCommandsAGroup) {
+    Start();
+    RSSChannel& channel = Channel(kFeed);
+    channel.SetNewItems(true);
+    QMenu& actions = *window->ActionsMenu();
+    // Fetching, or done with a check: the reload timer then waits far longer than for a first check.
+    const auto checked = [](const RSSChannel& fetched) {
+        return fetched.Busy() || fetched.ReloadInterval() >= RSSChannel::kMinuteMs;
+    };
+    Select(u"Science"_s);
+    for (const QString& entry :
+         {u"&Mark All Read"_s, u"R&eload Channel"_s, u"&Properties..."_s, u"Re&move Channel"_s}) {
+        EXPECT_EQ(Choose(actions, entry), QStringList()) << entry.toStdString();
+    }
+    EXPECT_TRUE(channel.NewItems());
+    EXPECT_FALSE(checked(channel) || checked(Channel(kOther)));
+    EXPECT_EQ(TopLevel<frmProperties>(), nullptr);
+    EXPECT_NE(Node(u"Science|"_s + kFeed), nullptr);
+    EXPECT_EQ(Choose(actions, u"&Delete Group"_s),
+              QStringList{u"Group not empty. Remove Channels before removing Group."_s});
+    Choose(actions, u"&View Channels in Group"_s);
+    EXPECT_NE(window->Viewer(channel), nullptr);
+
+    Select(u"Science|"_s + kFeed);
+    Choose(actions, u"&Delete Group"_s);
+    EXPECT_NE(Node(u"Science"_s), nullptr) << "a channel's node deletes no group";
+    Choose(actions, u"&Mark All Read"_s);
+    EXPECT_FALSE(channel.NewItems());
+    Choose(actions, u"&Properties..."_s);
+    EXPECT_NE(TopLevel<frmProperties>(), nullptr);
+    Choose(actions, u"R&eload Channel"_s);
+    EXPECT_TRUE(checked(channel));
+    Choose(actions, u"&Reload All Channels"_s);
+    EXPECT_TRUE(checked(Channel(kOther)));
+}
+
+TEST_F(MainWindowTest, TheChannelDialogsOpenOnTheSelectedGroup) {
+    Start();
+    // A folder belongs to a group that the dialog never offers: the profile's last group instead.
+    const std::pair<QString, QString> selections[] = {{u"Science|"_s + kFeed, u"Science"_s},
+                                                      {u"Science"_s, u"Science"_s},
+                                                      {u"All Items|_tamsel/today"_s, u"Empty"_s}};
+    for (const auto& [node, group] : selections) {
+        Select(node);
+        QString preselected;
+        EXPECT_TRUE(WithModal<frmAddChannel>(
+            [this] { window->SkinHandler(u"addchannel"_s); },
+            [&preselected](frmAddChannel& dialog) {
+                preselected = dialog.GroupBox(frmAddChannel::TabAddress)->currentText();
+                dialog.reject();
+            }));
+        EXPECT_EQ(preselected, group) << node.toStdString();
+    }
+    EXPECT_TRUE(
+        WithModal<frmChannelManage>([this] { Choose(*window->ActionsMenu(), u"&Delete Channels..."_s); },
+                                    [](frmChannelManage& dialog) { dialog.reject(); }));
+    Select(u"Science"_s);
+    Choose(*window->ActionsMenu(), u"Re&name Group"_s);
+    ASSERT_NE(TopLevel<frmAddGroup>(), nullptr);
+    EXPECT_EQ(TopLevel<frmAddGroup>()->txtGroup()->text(), u"Science"_s);
+    TopLevel<frmAddGroup>()->close();
+}
+
+// Right after the start, as a reader who switches at once.
+TEST_F(MainWindowTest, TheProfileMenuListsEveryProfileAndSwitches) {
+    Start();
+    window->Users()->AddUser(u"Bob & Co"_s, false, true);
+    window->LoadProfileMenu();
+    QMenu& profiles = *window->ProfileMenu();
+    const auto marked = [&profiles] {
+        QStringList shown;
+        for (const QAction* entry : profiles.actions()) {
+            if (entry->isVisible()) {
+                shown.append((entry->isChecked() ? u"*"_s : QString()) +
+                             (entry->isSeparator() ? u"-"_s : entry->text()));
+            }
+        }
+        return shown.join(u'|');
+    };
+    EXPECT_EQ(marked(), u"*Ana|Bob && Co|-|&New Profile..."_s);
+    profiles.actions().at(1)->trigger();
+    ASSERT_TRUE(PumpUntil(
+        [this] { return window->ActiveProfile() && window->ActiveProfile()->Name() == u"Bob & Co"_s; },
+        kPumpLimitMs));
+    window->LoadProfileMenu();
+    EXPECT_EQ(marked(), u"Ana|*Bob && Co|-|&New Profile..."_s);
+    EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Science"))
+        << "the switch saved the old profile";
+}
+
+TEST_F(MainWindowTest, TheHelpEntriesOpenTheHelpChannelTheWebsiteAndTheAboutBox) {
+    Start();
+    RSSChannel& help = Channel(runtime.Site().HelpURL());
+    ASSERT_EQ(window->Viewer(help), nullptr);
+    QApplication::setActiveWindow(window.get());
+    Tree().setFocus();
+    QTest::keyClick(&Tree(), Qt::Key_F1);
+    EXPECT_NE(window->Viewer(help), nullptr);
+    EXPECT_EQ(Tree().currentItem(), Node(u"Tamsel|"_s + runtime.Site().HelpURL()));
+    Choose(*window->HelpMenu(), u"&Tamsel Website"_s);
+    EXPECT_TRUE(desktop.opened.contains(runtime.Site().HomePage()));
+    Choose(*window->HelpMenu(), u"&About..."_s);
+    frmAbout* about = TopLevel<frmAbout>();
+    ASSERT_NE(about, nullptr);
+    EXPECT_EQ(about->windowTitle(), u"About Tamsel"_s);
+    EXPECT_TRUE(window->geometry().contains(about->geometry().center())) << "placed over the main window";
+    QStringList texts;
+    for (const QLabel* label : about->findChildren<QLabel*>()) {
+        texts.append(label->text());
+    }
+    EXPECT_TRUE(texts.contains(
+        u"Version %1.%2.%3"_s.arg(TAMSEL_VERSION_MAJOR).arg(TAMSEL_VERSION_MINOR).arg(TAMSEL_VERSION_PATCH)));
+    EXPECT_TRUE(texts.contains(u"Tamsel Website"_s)) << "the link's text for a home page off the web";
+    const FocusChain chain = FocusChain::Walk(*about, about->focusWidget());
+    EXPECT_GE(chain.visited.size(), 3);
+    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+    // The link opens the website by mouse and by keyboard.
+    QLabel* link = nullptr;
+    for (QWidget* control : chain.visited) {
+        link = link ? link : qobject_cast<QLabel*>(control);
+    }
+    ASSERT_NE(link, nullptr);
+    QTest::mouseClick(link, Qt::LeftButton);
+    QTest::keyClick(link, Qt::Key_Space);
+    EXPECT_EQ(desktop.opened.count(runtime.Site().HomePage()), 3);
+    // Without a system information tool on the path the box says so.
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", home.Path().toUtf8());
+    const QStringList said = Answered([about] { about->StartSysInfo(); });
+    qputenv("PATH", path);
+    EXPECT_EQ(said, QStringList{u"System Information Is Unavailable At This Time"_s});
+    QTest::keyClick(about, Qt::Key_Escape);
+    EXPECT_FALSE(about->isVisible());
+    about->show();
+    about->SkinHandler(u"close"_s);
+    EXPECT_FALSE(about->isVisible());
+}
+
+TEST_F(MainWindowTest, ExportAndSkinChoiceActUnlessCancelled) {
+    Start();
+    const QString file = home.File(u"export.opml"_s);
+    for (const bool accept : {false, true}) {
+        SCOPED_TRACE(accept);
+        EXPECT_TRUE(WithModal<QFileDialog>([this] { Choose(*window->FileMenu(), u"Export &OPML File..."_s); },
+                                           [&file, accept](QFileDialog& dialog) {
+                                               dialog.selectFile(file);
+                                               QMetaObject::invokeMethod(&dialog, accept ? &QDialog::accept
+                                                                                         : &QDialog::reject);
+                                           }));
+        EXPECT_EQ(QFile::exists(file), accept);
+        // A skin chooser, left either way, closes the viewers; only its Ok reloads the skin.
+        Channel(kFeed).CreateChannelView(true);
+        EXPECT_TRUE(WithModal<frmSkin>([this] { Choose(*window->FileMenu(), u"Change &Skin..."_s); },
+                                       [accept](frmSkin& chooser) {
+                                           chooser.lstSkins()->setCurrentItem(
+                                               chooser.lstSkins()->findItems(u"Nightfall"_s, {}).value(0));
+                                           accept ? chooser.cmdOk()->click() : chooser.reject();
+                                       }));
+        EXPECT_EQ(window->Viewer(Channel(kFeed)), nullptr);
+        EXPECT_EQ(skin.SkinName() == u"Nightfall"_s, accept);
+    }
+    EXPECT_TRUE(home.Read(u"export.opml"_s).contains(kFeed.toUtf8()));
+}
+
+TEST_F(MainWindowTest, TheAboutCreditsFadeInScrollUpAndStopThenStartAgainFromTheBottom) {
+    skin.LoadSkin();
+    for (int opening = 0; opening < 2; ++opening) {
+        SCOPED_TRACE(opening);
+        frmAbout about(skin, desktop, u"https://tamsel.example/"_s, nullptr);
+        about.show();
+        const QList<QLabel*> labels = about.findChildren<QLabel*>();
+        EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+            return label->text() == u"https://tamsel.example/"_s;
+        }));
+        const int height = about.Credits()->height();
+        ASSERT_GT(height, 0);
+        const QColor back = about.Credits()->BackColor();
+        about.tmrCredits_Timer();
+        EXPECT_EQ(about.CreditsTop(), height - 1);
+        EXPECT_LE(std::abs(about.CreditsColour().red() - back.red()), 1) << "the text starts near invisible";
+        for (int tick = 1; tick < height + 1000; ++tick) {
+            about.tmrCredits_Timer();
+        }
+        EXPECT_EQ(about.CreditsTop(), 0);
+        EXPECT_FALSE(about.CreditsRunning());
+        EXPECT_NE(about.CreditsColour(), back) << "the text has faded in";
+    }
+}
+
+TEST_F(MainWindowTest, PreferencesCancelStoresNothingOkWritesTheSwitchesAndTheStartEntryThenRemovesIt) {
+    skin.LoadSkin();
+    CRegSettings& settings = runtime.Settings();
+    const QString autostart = home.GetPaths().AutostartFolder() + u"/tamsel.desktop"_s;
+    // The switches as the dialog shows them: updates, sound, run at log-in, open the main window.
+    const auto boxes = [](frmPreferences& dialog) {
+        return QList<bool>{dialog.chkUpdates()->isChecked(), dialog.chkAlert()->isChecked(),
+                           dialog.chkRunStartup()->isChecked(), dialog.chkOpenMain()->isChecked()};
+    };
+    for (const bool ok : {false, true}) {
+        frmPreferences dialog(settings, skin);
+        dialog.show();
+        EXPECT_EQ(boxes(dialog), (QList<bool>{true, true, false, true})) << "Cancel stores nothing";
+        for (QCheckBox* box : {dialog.chkRunStartup(), dialog.chkAlert(), dialog.chkOpenMain()}) {
+            QTest::mouseClick(box, Qt::LeftButton);
+        }
+        QTest::mouseClick(ok ? dialog.cmdOk() : dialog.cmdCancel(), Qt::LeftButton);
+    }
+    EXPECT_EQ((QStringList{settings.GetSetting(u"START"_s, u"CHECKUPDATE"_s, {}),
+                           settings.GetSetting(u"PREF"_s, u"ALERT"_s, {}),
+                           settings.GetSetting(u"START"_s, u"OPENMAIN"_s, {})}),
+              (QStringList{u"True"_s, u"False"_s, u"False"_s}));
+    // The desktop runs the entry's command line: the full path, without quotes.
+    QFile entry(autostart);
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(entry.readAll().contains(
+        QByteArray("\nExec=" + QCoreApplication::applicationFilePath().toUtf8() + '\n')));
+    EXPECT_EQ((QStringList{settings.Company(), settings.AppName()}),
+              (QStringList{CRegSettings::kCompany, CRegSettings::kAppName}))
+        << "the start entry's names are left again";
+
+    frmPreferences again(settings, skin);
+    again.show();
+    EXPECT_EQ(boxes(again), (QList<bool>{true, false, true, false}));
+    const FocusChain chain = FocusChain::Walk(again, again.chkUpdates());
+    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+    EXPECT_EQ(chain.visited, (QList<QWidget*>{again.chkUpdates(), again.chkAlert(), again.chkRunStartup(),
+                                              again.chkOpenMain(), again.cmdOk(), again.cmdCancel()}));
+    QTest::mouseClick(again.chkRunStartup(), Qt::LeftButton);
+    QTest::mouseClick(again.cmdOk(), Qt::LeftButton);
+    EXPECT_FALSE(QFile::exists(autostart));
+}
+
+TEST_F(MainWindowTest, ADarkSkinGivesADarkPreferencesDialog) {
+    frmPreferences dialog(runtime.Settings(), skin);
+    runtime.Settings().SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
+    skin.LoadSkin();
+    const QColor window = dialog.palette().color(QPalette::Window);
+    EXPECT_EQ(window, SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)));
+    EXPECT_LT(window.lightness(), 128);
 }
 
 } // namespace

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/SharedHelpers.h"
 #include "app/AlertPlayer.h"
 #include "app/MakerSite.h"
-#include "app/SharedHelpers.h"
-#include "app/WindowPlacement.h"
 #include "platform/CRegSettings.h"
 #include "support/FakeClock.h"
 #include "support/RecordingDesktop.h"
@@ -11,29 +10,32 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 TEST(SharedHelpersTest, NewChannelIdCountsOnFromTheStoredLastId) {
     TestHome home;
     CRegSettings settings(home.GetPaths());
-    EXPECT_EQ(NewChannelID(settings), QStringLiteral("A01"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Common"), QStringLiteral("LastID"), QString()), QStringLiteral("2561"));
-    EXPECT_EQ(NewChannelID(settings), QStringLiteral("A02"));
-    settings.SaveSetting(QStringLiteral("Common"), QStringLiteral("LastID"), QStringLiteral("2574"));
-    EXPECT_EQ(NewChannelID(settings), QStringLiteral("A0F"));
+    EXPECT_EQ(NewChannelID(settings), u"A01"_s);
+    EXPECT_EQ(settings.GetSetting(u"Common"_s, u"LastID"_s, QString()), u"2561"_s);
+    EXPECT_EQ(NewChannelID(settings), u"A02"_s);
+    settings.SaveSetting(u"Common"_s, u"LastID"_s, u"2574"_s);
+    EXPECT_EQ(NewChannelID(settings), u"A0F"_s);
 }
 
-TEST(SharedHelpersTest, TreeKeysSplitAtTheFirstBar) {
-    EXPECT_EQ(GroupOfKey(QStringLiteral("News|A01")), QStringLiteral("News"));
-    EXPECT_EQ(ChannelOfKey(QStringLiteral("News|A01")), QStringLiteral("A01"));
-    EXPECT_EQ(GroupOfKey(QStringLiteral("News")), QStringLiteral("News"));
-    EXPECT_EQ(ChannelOfKey(QStringLiteral("News")), QString());
-    EXPECT_EQ(ChannelOfKey(QStringLiteral("Tamsel|http://x/a|b")), QStringLiteral("http://x/a|b"));
-}
+TEST(SharedHelpersTest, KeysNamesFieldsAndPointsAreToldApart) {
+    // A tree key splits at its first bar.
+    const std::tuple<QString, QString, QString> keys[] = {
+        {u"News|A01"_s, u"News"_s, u"A01"_s},
+        {u"News"_s, u"News"_s, QString()},
+        {u"Tamsel|http://x/a|b"_s, u"Tamsel"_s, u"http://x/a|b"_s}};
+    for (const auto& [key, group, channel] : keys) {
+        EXPECT_EQ(GroupOfKey(key) + u'/' + ChannelOfKey(key), group + u'/' + channel);
+    }
 
-TEST(SharedHelpersTest, KeyAndNameTests) {
-    const MakerSite site(QStringLiteral("tamsel://site/"));
+    const MakerSite site(u"tamsel://site/"_s);
     const QString help = site.HelpURL();
     const QString news = site.NewsURL();
-    EXPECT_EQ(help, QStringLiteral("tamsel://site/tamsel/help.xml"));
+    EXPECT_EQ(help, u"tamsel://site/tamsel/help.xml"_s);
     for (const QString& key : {FolderKey::Today, FolderKey::Yesterday, FolderKey::Week, FolderKey::Flagged,
                                FolderKey::Deleted, FolderKey::Unread, FolderKey::Read}) {
         EXPECT_TRUE(IsVirtualFolder(key)) << key.toStdString();
@@ -44,22 +46,25 @@ TEST(SharedHelpersTest, KeyAndNameTests) {
     EXPECT_FALSE(IsVirtualFolder(help));
     EXPECT_TRUE(IsMakerChannel(news, help, news));
     EXPECT_TRUE(IsBuiltinChannel(help, help, news));
-    EXPECT_FALSE(IsBuiltinChannel(QStringLiteral("http://example.org/rss"), help, news));
+    EXPECT_FALSE(IsBuiltinChannel(u"http://example.org/rss"_s, help, news));
 
-    EXPECT_TRUE(IsReservedGroupName(QStringLiteral("All Items")));
-    EXPECT_TRUE(IsReservedGroupName(QStringLiteral("Spotlight")));
-    EXPECT_FALSE(IsReservedGroupName(QStringLiteral("tamsel")));
+    EXPECT_TRUE(IsReservedGroupName(u"All Items"_s));
+    EXPECT_TRUE(IsReservedGroupName(u"Spotlight"_s));
+    EXPECT_FALSE(IsReservedGroupName(u"tamsel"_s));
+    for (const auto& [field, custom] :
+         {std::pair{u"PUBDATE"_s, false}, std::pair{u"read"_s, false}, std::pair{u"delete"_s, false},
+          std::pair{u"Read"_s, true}, std::pair{u"title"_s, true}}) {
+        EXPECT_EQ(IsCustomItemField(field), custom) << field.toStdString();
+    }
 
-    EXPECT_FALSE(IsCustomItemField(QStringLiteral("PUBDATE")));
-    EXPECT_FALSE(IsCustomItemField(QStringLiteral("read")));
-    EXPECT_TRUE(IsCustomItemField(QStringLiteral("Read")));
-    EXPECT_TRUE(IsCustomItemField(QStringLiteral("title")));
-
-    EXPECT_TRUE(PointInRect(10, 10, 20, 5, 10, 15));
-    EXPECT_TRUE(PointInRect(10, 10, 20, 5, 30, 10));
-    EXPECT_FALSE(PointInRect(10, 10, 20, 5, 30.5f, 10));
-    EXPECT_EQ(TrimText(QVariant(QStringLiteral("  a b \t"))), QStringLiteral("a b"));
-    EXPECT_EQ(TrimText(QVariant(42)), QStringLiteral("42"));
+    // The rectangle 10,10 20x5 holds its edges.
+    for (const auto& [x, y, inside] :
+         {std::tuple{10.0f, 15.0f, true}, std::tuple{30.0f, 10.0f, true}, std::tuple{30.5f, 10.0f, false},
+          std::tuple{9.5f, 12.0f, false}, std::tuple{20.0f, 9.0f, false}, std::tuple{20.0f, 15.5f, false}}) {
+        EXPECT_EQ(PointInRect(10, 10, 20, 5, x, y), inside) << x << "," << y;
+    }
+    EXPECT_EQ(TrimText(QVariant(u"  a b \t"_s)), u"a b"_s);
+    EXPECT_EQ(TrimText(QVariant(42)), u"42"_s);
 }
 
 TEST(AlertPlayerTest, OneSoundInFiveSecondsAndTheMutedOneStillCounts) {
@@ -67,59 +72,20 @@ TEST(AlertPlayerTest, OneSoundInFiveSecondsAndTheMutedOneStillCounts) {
     FakeClock clock;
     CRegSettings settings(home.GetPaths());
     RecordingDesktop desktop;
-    AlertPlayer alerts(clock, settings, desktop, QStringLiteral("/res/alert.wav"));
-
-    alerts.PlayAlert();
-    EXPECT_EQ(desktop.sounds, QStringList{QStringLiteral("/res/alert.wav")});
-    const quint32 first = alerts.LastAlertTick();
-    clock.Advance(4900);
-    alerts.PlayAlert();
-    EXPECT_EQ(desktop.sounds.size(), 1);
-    EXPECT_EQ(alerts.LastAlertTick(), first);
-    clock.Advance(100);
-    alerts.PlayAlert();
-    EXPECT_EQ(desktop.sounds.size(), 2);
-
-    settings.SaveSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QStringLiteral("False"));
-    clock.Advance(6000);
-    alerts.PlayAlert();
-    EXPECT_EQ(desktop.sounds.size(), 2);
-    EXPECT_EQ(alerts.LastAlertTick(), clock.TickCount());
-    settings.SaveSetting(QStringLiteral("PREF"), QStringLiteral("ALERT"), QStringLiteral("True"));
-    clock.Advance(4000);
-    alerts.PlayAlert();
-    EXPECT_EQ(desktop.sounds.size(), 2);
-}
-
-TEST(WindowPlacementTest, AMaximisedSaveKeepsTheEarlierNormalGeometry) {
-    TestHome home;
-    CRegSettings settings(home.GetPaths());
-    EXPECT_FALSE(WindowPlacement::Restore(settings, QStringLiteral("Tamsel")).has_value());
-
-    WindowPlacement normal{WindowPlacement::Normal, QRect(100, 50, 400, 300)};
-    normal.Save(settings, QStringLiteral("Tamsel"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Tamsel"), QStringLiteral("Left"), QString()), QStringLiteral("1500"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Tamsel"), QStringLiteral("Height"), QString()), QStringLiteral("4500"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Tamsel"), QStringLiteral("Saved"), QString()), QStringLiteral("True"));
-
-    WindowPlacement maximised{WindowPlacement::Maximized, QRect(0, 0, 1920, 1080)};
-    maximised.Save(settings, QStringLiteral("Tamsel"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Tamsel"), QStringLiteral("Width"), QString()), QStringLiteral("6000"));
-
-    const auto restored = WindowPlacement::Restore(settings, QStringLiteral("Tamsel"));
-    ASSERT_TRUE(restored.has_value());
-    EXPECT_EQ(restored->state, WindowPlacement::Maximized);
-    EXPECT_TRUE(restored->geometry.isNull());
-
-    normal.Save(settings, QStringLiteral("Tamsel"));
-    EXPECT_EQ(WindowPlacement::Restore(settings, QStringLiteral("Tamsel"))->geometry, QRect(100, 50, 400, 300));
-}
-
-TEST(WindowPlacementTest, MissingKeysOfASavedRecordUseTheDefaults) {
-    TestHome home;
-    CRegSettings settings(home.GetPaths());
-    settings.SaveSetting(QStringLiteral("ADDCHANNEL"), QStringLiteral("Saved"), QStringLiteral("True"));
-    const auto restored = WindowPlacement::Restore(settings, QStringLiteral("ADDCHANNEL"));
-    ASSERT_TRUE(restored.has_value());
-    EXPECT_EQ(restored->geometry, QRect(0, 0, 200, 200));
+    AlertPlayer alerts(clock, settings, desktop, u"/res/alert.wav"_s);
+    // Each step: advance the clock, the alert setting, the sounds played so far.
+    const std::tuple<quint32, QString, qsizetype> steps[] = {{0, u"True"_s, 1},
+                                                             {4900, u"True"_s, 1},
+                                                             {100, u"True"_s, 2},
+                                                             {6000, u"False"_s, 2},
+                                                             {4000, u"True"_s, 2}};
+    for (const auto& [advance, alert, sounds] : steps) {
+        SCOPED_TRACE(clock.TickCount());
+        clock.Advance(advance);
+        settings.SaveSetting(u"PREF"_s, u"ALERT"_s, alert);
+        alerts.PlayAlert();
+        EXPECT_EQ(desktop.sounds.size(), sounds);
+    }
+    EXPECT_EQ(desktop.sounds.first(), u"/res/alert.wav"_s);
+    EXPECT_EQ(alerts.LastAlertTick(), clock.TickCount() - 4000) << "the muted alert was the last to count";
 }

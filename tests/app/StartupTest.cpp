@@ -1,85 +1,113 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Runtime.h"
+#include "platform/CRegSettings.h"
+#include "platform/XmlDocument.h"
 #include "platform/XsltStylesheet.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QProcessEnvironment ProgramEnvironment(const TestHome& home, const QString& resources) {
+constexpr int kProcessLimitMs = 30000;
+
+// The window program on `home`, its resources taken from `resources`.
+std::unique_ptr<QProcess> StartProgram(const TestHome& home, const QString& resources) {
+    auto program = std::make_unique<QProcess>();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TAMSEL_HOME"), home.Path());
-    environment.insert(QStringLiteral("TAMSEL_RESOURCES"), resources);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    return environment;
+    environment.insert(u"TAMSEL_HOME"_s, home.Path());
+    environment.insert(u"TAMSEL_RESOURCES"_s, resources);
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    program->setProcessEnvironment(environment);
+    program->start(QStringLiteral(TAMSEL_EXECUTABLE), {});
+    return program;
 }
 
-} // namespace
-
-TEST(StartupTest, ASkippedOrBrokenNamespaceStylesheetStopsTheStartWithItsMessage) {
+TEST(StartupTest, AMissingOrBrokenNamespaceStylesheetStopsTheStartWithItsMessage) {
     TestHome home;
     RecordingDesktop desktop;
-    Runtime missing(Paths(home.File(QStringLiteral("res")), home.Path(), home.Path()), desktop);
+    Runtime missing(Paths(home.File(u"res"_s), home.Path(), home.Path()), desktop);
     QString message;
     EXPECT_FALSE(missing.LoadNamespaceStylesheet(&message));
-    EXPECT_EQ(message, home.File(QStringLiteral("res")) + QStringLiteral("/tamselns.xsl  -  File not found"));
-
-    home.Write(QStringLiteral("res/tamselns.xsl"), "<xsl:stylesheet");
-    Runtime broken(Paths(home.File(QStringLiteral("res")), home.Path(), home.Path()), desktop);
+    EXPECT_EQ(message, home.File(u"res"_s) + u"/tamselns.xsl  -  File not found"_s);
+    home.Write(u"res/tamselns.xsl"_s, "<xsl:stylesheet");
+    Runtime broken(Paths(home.File(u"res"_s), home.Path(), home.Path()), desktop);
     EXPECT_FALSE(broken.LoadNamespaceStylesheet(&message));
     EXPECT_TRUE(broken.NamespaceStylesheet().IsNull());
-
     Runtime shipped(home.GetPaths(), desktop);
     EXPECT_TRUE(shipped.LoadNamespaceStylesheet(&message));
     EXPECT_FALSE(shipped.NamespaceTransform().IsNull());
+
+    const std::unique_ptr<QProcess> program = StartProgram(home, home.File(u"empty"_s));
+    ASSERT_TRUE(program->waitForFinished(kProcessLimitMs));
+    EXPECT_NE(program->exitCode(), 0);
+    EXPECT_TRUE(program->readAllStandardError().contains("/tamselns.xsl  -  File not found"));
 }
 
-TEST(StartupTest, TheFirstStartPreparesAnEmptyProfileList) {
+TEST(StartupTest, TheFirstStartPreparesAnEmptyProfileListALaterOneKeepsWhatIsThere) {
     TestHome home;
     RecordingDesktop desktop;
     Runtime runtime(home.GetPaths(), desktop);
     runtime.InstallDataFolder();
-    EXPECT_EQ(home.Read(QStringLiteral("profiles/profiles.xml")), QByteArray("<tamselprofiles/>\n"));
-    EXPECT_EQ(runtime.Settings().GetSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()), QStringLiteral("Default"));
-    runtime.Settings().SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QStringLiteral("Nightfall"));
-    home.Write(QStringLiteral("profiles/profiles.xml"), "<tamselprofiles><user><username>A</username></user></tamselprofiles>");
+    const auto skinName = [&runtime] {
+        return runtime.Settings().GetSetting(u"SETTINGS"_s, u"SKINNAME"_s, QString());
+    };
+    EXPECT_EQ(home.Read(u"profiles/profiles.xml"_s), QByteArray("<tamselprofiles/>\n"));
+    EXPECT_EQ(skinName(), u"Default"_s);
+    runtime.Settings().SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
+    home.Write(u"profiles/profiles.xml"_s,
+               "<tamselprofiles><user><username>A</username></user></tamselprofiles>");
     runtime.InstallDataFolder();
-    EXPECT_TRUE(home.Read(QStringLiteral("profiles/profiles.xml")).contains("<username>A</username>"));
-    EXPECT_EQ(runtime.Settings().GetSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), QString()), QStringLiteral("Nightfall"));
-}
-
-TEST(StartupTest, TheProgramEndsWithAnErrorWhenTheStylesheetIsMissing) {
-    TestHome home;
-    QProcess program;
-    program.setProcessEnvironment(ProgramEnvironment(home, home.File(QStringLiteral("empty"))));
-    program.start(QStringLiteral(TAMSEL_EXECUTABLE), {});
-    ASSERT_TRUE(program.waitForFinished(30000));
-    EXPECT_NE(program.exitCode(), 0);
-    EXPECT_TRUE(program.readAllStandardError().contains("/tamselns.xsl  -  File not found"));
+    EXPECT_TRUE(home.Read(u"profiles/profiles.xml"_s).contains("<username>A</username>"));
+    EXPECT_EQ(skinName(), u"Nightfall"_s);
 }
 
 TEST(StartupTest, ASecondStartHandsOverToTheFirstAndEndsQuietly) {
     TestHome home;
-    QProcess first;
-    first.setProcessEnvironment(ProgramEnvironment(home, QStringLiteral(TAMSEL_BUILD_DATA_DIR)));
-    first.start(QStringLiteral(TAMSEL_EXECUTABLE), {});
-    ASSERT_TRUE(first.waitForStarted(30000));
+    const std::unique_ptr<QProcess> first = StartProgram(home, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
     // The first start has settled once it wrote the profile list of a fresh installation.
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(home.File(QStringLiteral("profiles/profiles.xml"))); }, 30000));
-
-    QProcess second;
-    second.setProcessEnvironment(first.processEnvironment());
-    second.start(QStringLiteral(TAMSEL_EXECUTABLE), {});
-    ASSERT_TRUE(second.waitForFinished(30000));
-    EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_EQ(first.state(), QProcess::Running);
-    first.kill();
-    first.waitForFinished(30000);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(home.File(u"profiles/profiles.xml"_s)); },
+                                kProcessLimitMs));
+    const std::unique_ptr<QProcess> second = StartProgram(home, QStringLiteral(TAMSEL_BUILD_DATA_DIR));
+    ASSERT_TRUE(second->waitForFinished(kProcessLimitMs));
+    EXPECT_EQ(second->exitCode(), 0);
+    // Still running; its QProcess kills it when the test ends.
+    EXPECT_EQ(first->state(), QProcess::Running);
 }
+
+TEST(StartupTest, TheShippedDefaultItemPageIsReadableUtf8HtmlAndTheAlertAShortWaveSound) {
+    QString error;
+    const XsltStylesheet style =
+        XsltStylesheet::Load(QStringLiteral(TAMSEL_BUILD_DATA_DIR "/rss.xsl"), &error);
+    ASSERT_FALSE(style.IsNull()) << error.toStdString();
+    QFile item(QStringLiteral(TAMSEL_TEST_DATA_DIR "/item.xml"));
+    ASSERT_TRUE(item.open(QIODevice::ReadOnly));
+    const QString html =
+        QString::fromUtf8(style.TransformToBytes(XmlDocument::Parse(item.readAll()), &error));
+    ASSERT_FALSE(html.isEmpty()) << error.toStdString();
+    for (const QString& part :
+         {u"charset=UTF-8"_s, u"<a href=\"http://example.org/a?x=1&amp;y=2\">Café opens &amp; closes</a>"_s,
+          u"15 Nov 2005 13:45"_s, u"Example News"_s, u"<p>First <b>bold</b> paragraph</p>"_s}) {
+        EXPECT_TRUE(html.contains(part)) << part.toStdString() << " in " << html.toStdString();
+    }
+    EXPECT_FALSE(html.contains(u"false"_s));
+
+    QFile sound(QStringLiteral(TAMSEL_BUILD_DATA_DIR "/alert.wav"));
+    ASSERT_TRUE(sound.open(QIODevice::ReadOnly));
+    const QByteArray header = sound.read(12);
+    EXPECT_TRUE(header.startsWith("RIFF"));
+    EXPECT_EQ(header.mid(8, 4), QByteArray("WAVE"));
+    EXPECT_LT(sound.size(), 200 * 1024);
+    EXPECT_GT(sound.size(), 1024);
+}
+
+} // namespace

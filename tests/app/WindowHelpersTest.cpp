@@ -9,53 +9,51 @@
 #include <QWidget>
 #include <gtest/gtest.h>
 
-TEST(WindowHelpersTest, PlacementRoundTripsThroughTheSettings) {
+using namespace Qt::Literals::StringLiterals;
+
+TEST(WindowHelpersTest, PlacementRoundTripsThroughTheSettingsAndComesBackWholeOnThisScreen) {
     TestHome home;
     CRegSettings settings(home.GetPaths());
     QWidget window;
-    window.setWindowTitle(QStringLiteral("Properties"));
+    window.setWindowTitle(u"Properties"_s);
     window.setGeometry(40, 60, 300, 200);
     SaveWindowPlacement(settings, &window, QString());
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Properties"), QStringLiteral("Top"), QString()),
-              QStringLiteral("900"));
-
+    EXPECT_EQ(settings.GetSetting(u"Properties"_s, u"Top"_s, QString()), u"900"_s);
     window.setWindowState(Qt::WindowMaximized);
-    SaveWindowPlacement(settings, &window, QStringLiteral("Properties"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Properties"), QStringLiteral("WindowState"), QString()),
-              QStringLiteral("2"));
-    EXPECT_EQ(settings.GetSetting(QStringLiteral("Properties"), QStringLiteral("Width"), QString()),
-              QStringLiteral("4500"));
+    SaveWindowPlacement(settings, &window, u"Properties"_s);
+    EXPECT_EQ(settings.GetSetting(u"Properties"_s, u"WindowState"_s, QString()), u"2"_s);
+    EXPECT_EQ(settings.GetSetting(u"Properties"_s, u"Width"_s, QString()), u"4500"_s);
 
-    QWidget restored;
-    restored.setGeometry(1, 2, 30, 40);
-    RestoreWindowPlacement(settings, &restored, QStringLiteral("Properties"));
-    EXPECT_TRUE(restored.windowState().testFlag(Qt::WindowMaximized));
-    EXPECT_EQ(restored.geometry(), QRect(1, 2, 30, 40));
+    // Maximised comes back maximised, the widget's own normal geometry untouched; nothing saved
+    // leaves it as it was.
+    for (const auto& [section, maximised] :
+         {std::pair{u"Properties"_s, true}, std::pair{u"Unsaved"_s, false}}) {
+        QWidget restored;
+        restored.setGeometry(1, 2, 30, 40);
+        RestoreWindowPlacement(settings, &restored, section);
+        EXPECT_EQ(restored.windowState().testFlag(Qt::WindowMaximized), maximised);
+        EXPECT_EQ(restored.geometry(), QRect(1, 2, 30, 40));
+    }
 
     // Saved on a wider screen, or at another scale: it comes back whole on this one.
     const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
     const QString beyond = QString::number((area.right() + 2000) * 15);
-    const std::pair<QString, QString> record[] = {{QStringLiteral("Saved"), QStringLiteral("True")},
-                                                  {QStringLiteral("WindowState"), QStringLiteral("0")},
-                                                  {QStringLiteral("Left"), beyond},
-                                                  {QStringLiteral("Top"), beyond},
-                                                  {QStringLiteral("Width"), QStringLiteral("4500")},
-                                                  {QStringLiteral("Height"), QStringLiteral("3000")}};
-    for (const auto& [key, value] : record) {
-        settings.SaveSetting(QStringLiteral("Far"), key, value);
+    for (const auto& [key, value] :
+         {std::pair{u"Saved"_s, u"True"_s}, std::pair{u"WindowState"_s, u"0"_s}, std::pair{u"Left"_s, beyond},
+          std::pair{u"Top"_s, beyond}, std::pair{u"Width"_s, u"4500"_s}, std::pair{u"Height"_s, u"3000"_s}}) {
+        settings.SaveSetting(u"Far"_s, key, value);
     }
     QWidget far;
-    RestoreWindowPlacement(settings, &far, QStringLiteral("Far"));
+    RestoreWindowPlacement(settings, &far, u"Far"_s);
     EXPECT_EQ(far.size(), QSize(300, 200));
     EXPECT_TRUE(area.contains(far.geometry())) << far.geometry().x() << "," << far.geometry().y();
-
-    QWidget fresh;
-    fresh.setGeometry(5, 6, 70, 80);
-    RestoreWindowPlacement(settings, &fresh, QStringLiteral("Unsaved"));
-    EXPECT_EQ(fresh.geometry(), QRect(5, 6, 70, 80));
+    // A record without its geometry takes the default size.
+    settings.SaveSetting(u"ADDCHANNEL"_s, u"Saved"_s, u"True"_s);
+    RestoreWindowPlacement(settings, &far, u"ADDCHANNEL"_s);
+    EXPECT_EQ(far.size(), QSize(200, 200));
 }
 
-TEST(WindowHelpersTest, BusyDisablesInputAndLoadedFormsAreTopLevel) {
+TEST(WindowHelpersTest, BusyDisablesInputAndOnlyLiveTopLevelWindowsAreLoaded) {
     QWidget window;
     BeginBusy(&window);
     EXPECT_FALSE(window.isEnabled());
@@ -64,16 +62,14 @@ TEST(WindowHelpersTest, BusyDisablesInputAndLoadedFormsAreTopLevel) {
     EXPECT_TRUE(window.isEnabled());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 
-    EXPECT_TRUE(IsFormLoaded(&window));
-    QWidget child(&window);
-    EXPECT_FALSE(IsFormLoaded(&child));
-    EXPECT_FALSE(IsFormLoaded(nullptr));
-    auto* gone = new QWidget;
-    delete gone;
-    EXPECT_FALSE(IsFormLoaded(gone));
-
+    // Kept on top while still hidden, as a dialog is before it shows.
     SetTopMost(&window, true);
     EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    SetTopMost(&window, false);
-    EXPECT_FALSE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(window.isVisible());
+    QWidget child(&window);
+    auto* gone = new QWidget;
+    delete gone;
+    EXPECT_EQ(
+        (QList<bool>{IsFormLoaded(&window), IsFormLoaded(&child), IsFormLoaded(nullptr), IsFormLoaded(gone)}),
+        (QList<bool>{true, false, false, false}));
 }
