@@ -1065,8 +1065,12 @@ void frmMain::m_Users_ProfilesLoaded() {
 void frmMain::ShowNewUser() {
     if (!m_frmUser) {
         m_frmUser = new frmUser(Skin(), *this);
-        connect(m_frmUser, &frmUser::Closed, this,
-                [this] { QTimer::singleShot(0, this, &frmMain::m_Users_ProfilesLoaded); });
+        connect(m_frmUser, &frmUser::Closed, this, [this] {
+            // A closed dialog deletes itself whenever its deferred delete comes round, which may
+            // follow the timer below: showing it again would lose it, so a cancel makes a new one.
+            m_frmUser = nullptr;
+            QTimer::singleShot(0, this, &frmMain::m_Users_ProfilesLoaded);
+        });
     }
     m_frmUser->show();
     m_frmUser->raise();
