@@ -92,6 +92,8 @@ frmViewer::frmViewer(ViewerServices services, QWidget* parent)
     m_flexItems->verticalHeader()->hide();
     m_flexItems->setShowGrid(false);
     m_flexItems->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // Rows are read, not edited cell by cell: Tab goes on to the preview and the other controls.
+    m_flexItems->setTabKeyNavigation(false);
     m_flexItems->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_flexItems->setSelectionMode(QAbstractItemView::SingleSelection);
     m_flexItems->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
