@@ -3,6 +3,7 @@
 #include "cli/HtmlToText.h"
 #include "support/QStringPrinter.h"
 
+#include <QFile>
 #include <gtest/gtest.h>
 #include <ostream>
 
@@ -14,35 +15,19 @@ QString Text(const QString& html) {
     return HtmlToText::Convert(html).text;
 }
 
-TEST(HtmlToTextTest, BlocksBecomeLines) {
-    const std::pair<QString, QString> cases[] = {
-        {u"Plain words"_s, u"Plain words"_s},
-        {u"<p>One</p><p>Two</p>"_s, u"One\n\nTwo"_s},
-        {u"<div>One</div><div>Two</div>"_s, u"One\nTwo"_s},
-        {u"one<br>two<br/><br>three"_s, u"one\ntwo\n\nthree"_s},
-        {u"<h1>Head</h1>Body"_s, u"Head\n\nBody"_s},
-        {u"<ul><li>a</li><li>b <b>bold</b></li></ul>after"_s, u"- a\n- b bold\n\nafter"_s},
-        {u"<table><tr><td>1</td><td>2</td></tr><tr><td>3</td></tr></table>"_s, u"1 2\n3"_s},
-        {u"<p>  lots   of\n\n  space  </p>"_s, u"lots of space"_s},
-        {u"<pre>  kept\n    as is</pre>"_s, u"kept\n    as is"_s},
-        {u"a<hr>b"_s, u"a\n\n----\n\nb"_s},
-        {u"<b>in</b><i>line</i> stays"_s, u"inline stays"_s},
-        {u"<img src=\"x.png\" alt=\"A cat\"> sleeps"_s, u"[A cat] sleeps"_s},
-    };
-    for (const auto& [html, text] : cases) {
-        EXPECT_EQ(Text(html), text) << html.toStdString();
+TEST(HtmlToTextTest, HtmlBecomesTheTextTheTableSays) {
+    QFile table(QStringLiteral(TAMSEL_TEST_DATA_DIR "/html-to-text.txt"));
+    ASSERT_TRUE(table.open(QIODevice::ReadOnly | QIODevice::Text));
+    int rows = 0;
+    for (QString row : QString::fromUtf8(table.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        if (!row.startsWith(u'#')) {
+            SCOPED_TRACE(row.toStdString());
+            ++rows;
+            row.replace(u"\\n"_s, u"\n"_s);
+            EXPECT_EQ(Text(row.section(u" => "_s, 0, 0)), row.section(u" => "_s, 1));
+        }
     }
-}
-
-TEST(HtmlToTextTest, EntitiesAreDecoded) {
-    EXPECT_EQ(Text(u"Fish &amp; chips &lt;3 &eacute;t&#233; &#x263A;"_s), u"Fish & chips <3 été ☺"_s);
-    EXPECT_EQ(Text(u"a < b and c > d"_s), u"a < b and c > d"_s);
-}
-
-TEST(HtmlToTextTest, ScriptsStylesAndHeadsAreDropped) {
-    EXPECT_EQ(Text(u"<head><title>T</title><style>p{}</style></head><body>Seen<script>alert(1)</script>"
-                   u"<noscript>no</noscript></body>"_s),
-              u"Seen"_s);
+    EXPECT_GE(rows, 18);
 }
 
 TEST(HtmlToTextTest, LinksAreNumberedAndListed) {
@@ -81,28 +66,14 @@ TEST(HtmlToTextTest, OneLineJoinsEverything) {
     EXPECT_EQ(HtmlToText::OneLine(u"   "_s), QString());
 }
 
-TEST(HtmlToTextTest, DeepAndBrokenMarkupIsHandled) {
+TEST(HtmlToTextTest, DeepAndHugeInputIsHandled) {
     const auto nested = [](int depth) -> QString { return u"<span>"_s.repeated(depth) + u"bottom"_s; };
     EXPECT_EQ(Text(nested(200)), u"bottom"_s);
     // Far deeper than any parser goes: the walk does not recurse, and the parser either keeps
     // the text or gives up on the document; nothing else comes out.
     const QString deep = Text(nested(20000));
     EXPECT_TRUE(deep == u"bottom"_s || deep.isEmpty()) << deep.left(40).toStdString();
-    EXPECT_EQ(Text(u"<p>unclosed <b>bold <i>italic"_s), u"unclosed bold italic"_s);
-    EXPECT_EQ(Text(u"</p></div>stray ends"_s), u"stray ends"_s);
-}
-
-TEST(HtmlToTextTest, HugeInputIsCut) {
-    const QString huge = QString(HtmlToText::kMaxInputChars + 1000, u'x');
-    EXPECT_EQ(Text(huge).size(), HtmlToText::kMaxInputChars);
-}
-
-TEST(HtmlToTextTest, NothingOutsideIsLoaded) {
-    // A document that names an external entity and a DTD: nothing is fetched and the text stays.
-    const HtmlToText::Result result = HtmlToText::Convert(
-        u"<!DOCTYPE html SYSTEM \"file:///etc/passwd\"><p>safe &xxe;</p><img src=\"file:///etc/passwd\">"_s);
-    EXPECT_TRUE(result.text.startsWith(u"safe"_s));
-    EXPECT_FALSE(result.text.contains(u"root:"_s));
+    EXPECT_EQ(Text(QString(HtmlToText::kMaxInputChars + 1000, u'x')).size(), HtmlToText::kMaxInputChars);
 }
 
 } // namespace

@@ -29,6 +29,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -181,19 +182,19 @@ protected:
         return dialog;
     }
 
-    // The address tab's search for `path` on the local site, started with News chosen.
-    std::unique_ptr<frmAddChannel> Search(const QString& path, const QByteArray& html = {}) {
-        if (!html.isEmpty()) {
-            LocalHttpServer::Route route;
-            route.body = html;
-            route.headers = {{"Content-Type", "text/html; charset=utf-8"}};
-            server.Serve(path, route);
-        }
-        auto dialog = OpenAddChannel();
-        dialog->txtURL()->setText(server.Url(path).toString());
-        dialog->SelectGroup(u"News"_s);
-        QTest::mouseClick(dialog->cmdOk(), Qt::LeftButton);
-        return dialog;
+    // The address tab's search, started with News chosen, for `path` on the local site, which
+    // answers with `page` (a file of data/), else closes the connection.
+    void Search(frmAddChannel& dialog, const QString& path, const QString& page = {}) {
+        LocalHttpServer::Route route;
+        route.reset = page.isEmpty();
+        QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + page);
+        route.body = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        route.headers = {{"Content-Type", "text/html; charset=utf-8"}};
+        server.Serve(path, route);
+        dialog.txtURL()->setText(server.Url(path).toString());
+        dialog.SelectGroup(u"News"_s);
+        QTest::mouseClick(dialog.cmdOk(), Qt::LeftButton);
+        EXPECT_TRUE(PumpUntil([&dialog] { return !dialog.Searching(); }, kPumpLimitMs));
     }
     QString Added(const QString& path) const {
         return u"add "_s + server.Url(path).toString() + u" > News"_s;
@@ -247,12 +248,11 @@ TEST_F(ChannelDialogsTest, TheGroupBoxesOfferOnlyTheUsersGroupsAndTakeANewOneOnc
 
 TEST_F(ChannelDialogsTest, AnExternalEntityInAnotherProfilesChannelsIsNeverRead) {
     home.Write(u"secret.txt"_s, "http://leaked.example.org/");
+    QFile channels(QStringLiteral(TAMSEL_TEST_DATA_DIR "/entity-channels.xml"));
+    ASSERT_TRUE(channels.open(QIODevice::ReadOnly));
     home.Write(
         u"profiles/Ben/channels.xml"_s,
-        (u"<!DOCTYPE c [<!ENTITY x SYSTEM \"file://"_s + home.File(u"secret.txt"_s) +
-         u"\">]><tamselchannels><channel><url>&x;</url><title>T</title></channel>"
-         u"<channel><url>http://b.example.org/one</url><title>One</title></channel></tamselchannels>"_s)
-            .toUtf8());
+        channels.readAll().replace("$SECRET", QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toEncoded()));
     const auto dialog = OpenAddChannel();
     EXPECT_EQ(dialog->cboUsers()->currentText(), u"Ben"_s);
     EXPECT_EQ(Rows(*dialog->List(frmAddChannel::TabUser)), QStringList{u"One|http://b.example.org/one"_s});
@@ -265,14 +265,9 @@ TEST_F(ChannelDialogsTest, OpmlRowsReachTheChosenGroupWithTheTypedExpiryAndReloa
         << dialog->lblOPMLStatus()->text().toStdString();
     EXPECT_EQ(PressAndAnswer(dialog->cmdOk()), u"No Group Selected"_s);
     EXPECT_TRUE(dialog->isVisible() && commands.calls.isEmpty());
-    home.Write(u"mine.opml"_s, "<opml><body><outline text=\"Tech\">"
-                               "<outline text=\"One\" xmlUrl=\"http://o.example.org/1\"/></outline>"
-                               "<outline text=\"Two\" xmlUrl=\"http://o.example.org/2\"/>"
-                               "<outline text=\"Three\" xmlUrl=\"http://o.example.org/3\"/>"
-                               "<outline text=\"Four\" xmlUrl=\"http://o.example.org/4\"/></body></opml>");
     dialog->tabAdd()->setCurrentIndex(frmAddChannel::TabOPML);
     dialog->SelectGroup(u"News"_s);
-    dialog->txtOPML()->setText(home.File(u"mine.opml"_s));
+    dialog->txtOPML()->setText(QStringLiteral(TAMSEL_TEST_DATA_DIR "/mine.opml"));
     QTest::keyClick(dialog->txtOPML(), Qt::Key_Return);
     EXPECT_TRUE(dialog->isVisible());
 
@@ -336,7 +331,12 @@ TEST_F(ChannelDialogsTest, DeletingTwoChannelsAndClosingRebuildsTheTreeOnce) {
     EXPECT_EQ(commands.calls.filter(u"user "_s), QStringList{u"user Ana"_s});
 }
 
-TEST_F(ChannelDialogsTest, EveryControlInTheFocusChainHasAnAccessibleName) {
+// Every control in each window's focus chain has an accessible name; a dark skin gives dark
+// boxes, and the light one comes back.
+TEST_F(ChannelDialogsTest, EveryWindowIsNamedForAssistiveToolsAndFollowsTheSkin) {
+    const auto addChannel = OpenAddChannel();
+    frmAddGroup addGroup(commands, skin);
+    frmChannelManage manage(commands, settings, skin);
     const auto named = [](QWidget& window, QWidget* first) {
         window.show();
         const FocusChain chain = FocusChain::Walk(window, first);
@@ -344,27 +344,18 @@ TEST_F(ChannelDialogsTest, EveryControlInTheFocusChainHasAnAccessibleName) {
         window.close();
         return chain.visited.size();
     };
-    const auto addChannel = OpenAddChannel();
     for (int tab = frmAddChannel::TabAddress; tab <= frmAddChannel::TabSpotlight; ++tab) {
         SCOPED_TRACE(tab);
         addChannel->tabAdd()->setCurrentIndex(tab);
         EXPECT_GE(named(*addChannel, addChannel->tabAdd()->tabBar()), 5);
     }
-    frmAddGroup addGroup(commands, skin);
     EXPECT_EQ(named(addGroup, addGroup.cboGroup()), 3);
-    frmChannelManage manage(commands, settings, skin);
     EXPECT_EQ(named(manage, manage.lstChannels()), 2) << "Delete is off until a row is selected";
-}
-
-TEST_F(ChannelDialogsTest, ADarkSkinGivesDarkBoxesAndTheLightOneComesBack) {
-    const auto addChannel = OpenAddChannel();
-    frmAddGroup addGroup(commands, skin);
-    frmChannelManage manage(commands, settings, skin);
-    const QList<QWidget*> boxes = {addChannel->txtURL(), addGroup.cboGroup(), manage.lstChannels()};
     for (const auto& [name, dark] : {std::pair{u"Nightfall"_s, true}, std::pair{u"Default"_s, false}}) {
         SCOPED_TRACE(name.toStdString());
         LoadSkin(name);
-        for (QWidget* box : boxes) {
+        for (QWidget* box :
+             QList<QWidget*>{addChannel->txtURL(), addGroup.cboGroup(), manage.lstChannels()}) {
             const QColor base = box->palette().color(QPalette::Base);
             EXPECT_EQ(base, SkinColor::ToQColor(skin.GridColorEven())) << box->accessibleName().toStdString();
             EXPECT_EQ(base.lightness() < 128, dark) << box->accessibleName().toStdString();
@@ -372,51 +363,17 @@ TEST_F(ChannelDialogsTest, ADarkSkinGivesDarkBoxesAndTheLightOneComesBack) {
     }
 }
 
-TEST_F(ChannelDialogsTest, AWebPageNamingTwoFeedsLetsTheUserChooseOne) {
-    const auto dialog = Search(
-        u"/"_s, "<html><head>"
-                "<link rel=\"alternate\" type=\"application/rss+xml\" title=\"Main\" href=\"/main.xml\">"
-                "<link rel=\"alternate\" type=\"application/atom+xml\" title=\"Comments\" href=\"" +
-                    server.Url(u"/comments.xml"_s).toString().toUtf8() + "\"></head></html>");
-    ASSERT_TRUE(PumpUntil([&dialog] { return !dialog->Searching(); }, kPumpLimitMs));
-    QTreeWidget& found = *dialog->List(frmAddChannel::TabAddress);
-    EXPECT_EQ(Rows(found), (QStringList{u"Main|"_s + server.Url(u"/main.xml"_s).toString(),
-                                        u"Comments|"_s + server.Url(u"/comments.xml"_s).toString()}));
-    EXPECT_TRUE(commands.calls.isEmpty()) << "nothing is added before the user chose";
-    found.setCurrentItem(found.topLevelItem(1));
-    QTest::keyClick(&found, Qt::Key_Return);
-    EXPECT_EQ(commands.calls, QStringList{Added(u"/comments.xml"_s)});
-    EXPECT_FALSE(dialog->isVisible());
-}
-
-// A page without feeds is only said; a site that cannot be reached may be a feed that is down
-// just now, so subscribing to the address as typed is offered.
-TEST_F(ChannelDialogsTest, NoFeedFoundIsSaidAndOnlyAnUnreachableSiteIsOfferedAsTyped) {
-    LocalHttpServer::Route refused;
-    refused.reset = true;
-    server.Serve(u"/down.xml"_s, refused);
-    for (const auto& [path, said, offered] :
-         {std::tuple{u"/plain"_s, u"No feed was found"_s, false},
-          std::tuple{u"/down.xml"_s, u"It may be a feed that is down just now."_s, true}}) {
-        SCOPED_TRACE(path.toStdString());
-        const auto dialog = Search(path, offered ? QByteArray() : "<html><body>No feeds here</body></html>");
-        ASSERT_TRUE(PumpUntil([&dialog] { return !dialog->Searching(); }, kPumpLimitMs));
-        EXPECT_TRUE(dialog->lblStatus()->text().contains(said)) << dialog->lblStatus()->text().toStdString();
-        EXPECT_EQ(dialog->cmdAsTyped()->isVisible(), offered);
-        EXPECT_TRUE(dialog->isVisible() && commands.calls.isEmpty());
-        if (offered) {
-            QTest::mouseClick(dialog->cmdAsTyped(), Qt::LeftButton);
-            EXPECT_EQ(commands.calls, QStringList{Added(path)});
-            EXPECT_FALSE(dialog->isVisible());
-        }
-    }
-}
-
-TEST_F(ChannelDialogsTest, CancelStopsTheSearchAndKeepsTheDialogThenClosesIt) {
+// A page naming two feeds lets the user choose one. A page without feeds is only said; a site
+// that cannot be reached may be a feed that is down just now, so subscribing to the address as
+// typed is offered. Cancel stops a search and keeps the dialog.
+TEST_F(ChannelDialogsTest, TheAddressTabFindsTheFeedsOfAPageOrOffersTheAddressAsTyped) {
     LocalHttpServer::Route slow;
     slow.hold = true;
     server.Serve(u"/slow"_s, slow);
-    const auto dialog = Search(u"/slow"_s);
+    auto dialog = OpenAddChannel();
+    dialog->txtURL()->setText(server.Url(u"/slow"_s).toString());
+    dialog->SelectGroup(u"News"_s);
+    QTest::mouseClick(dialog->cmdOk(), Qt::LeftButton);
     ASSERT_TRUE(dialog->Searching());
     QTest::mouseClick(dialog->cmdCancel(), Qt::LeftButton);
     EXPECT_FALSE(dialog->Searching());
@@ -424,7 +381,31 @@ TEST_F(ChannelDialogsTest, CancelStopsTheSearchAndKeepsTheDialogThenClosesIt) {
     EXPECT_EQ(dialog->lblStatus()->text(), u"The search was stopped."_s);
     QTest::keyClick(dialog->txtURL(), Qt::Key_Escape);
     EXPECT_EQ(dialog->result(), QDialog::Rejected);
-    EXPECT_TRUE(commands.calls.isEmpty());
+
+    dialog = OpenAddChannel();
+    for (const auto& [path, said, offered] :
+         {std::tuple{u"/plain"_s, u"No feed was found"_s, false},
+          std::tuple{u"/down.xml"_s, u"It may be a feed that is down just now."_s, true}}) {
+        SCOPED_TRACE(path.toStdString());
+        Search(*dialog, path, offered ? QString() : u"no-feeds.html"_s);
+        EXPECT_TRUE(dialog->lblStatus()->text().contains(said)) << dialog->lblStatus()->text().toStdString();
+        EXPECT_EQ(dialog->cmdAsTyped()->isVisible(), offered);
+        EXPECT_TRUE(dialog->isVisible() && commands.calls.isEmpty());
+    }
+    QTest::mouseClick(dialog->cmdAsTyped(), Qt::LeftButton);
+    EXPECT_EQ(commands.calls, QStringList{Added(u"/down.xml"_s)});
+    EXPECT_FALSE(dialog->isVisible());
+
+    dialog = OpenAddChannel();
+    Search(*dialog, u"/site/"_s, u"two-feeds.html"_s);
+    QTreeWidget& found = *dialog->List(frmAddChannel::TabAddress);
+    EXPECT_EQ(Rows(found), (QStringList{u"Main|"_s + server.Url(u"/main.xml"_s).toString(),
+                                        u"Comments|"_s + server.Url(u"/site/comments.xml"_s).toString()}));
+    EXPECT_EQ(commands.calls.size(), 1) << "nothing is added before the user chose";
+    found.setCurrentItem(found.topLevelItem(1));
+    QTest::keyClick(&found, Qt::Key_Return);
+    EXPECT_EQ(commands.calls.last(), Added(u"/site/comments.xml"_s));
+    EXPECT_FALSE(dialog->isVisible());
 }
 
 } // namespace

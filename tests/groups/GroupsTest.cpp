@@ -7,6 +7,7 @@
 #include "support/TestHome.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -20,6 +21,11 @@ QStringList Urls(const RSSGroup& group) {
         urls.append(group.ChannelURL(i));
     }
     return urls;
+}
+
+QByteArray Data(const QString& name) {
+    QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 class GroupsTest : public ::testing::Test {
@@ -40,7 +46,6 @@ TEST(RSSGroupTest, NamesCountsAndTheOrderAfterADeletion) {
     }
     EXPECT_EQ(group.Name(true), u"News  (3)"_s);
     group.DeleteChannel(u"A"_s);
-    EXPECT_EQ(Urls(group), (QStringList{u"C"_s, u"B"_s}));
     group.DeleteChannel(u"missing"_s);
     EXPECT_EQ(Urls(group), (QStringList{u"C"_s, u"B"_s}));
     // The maker's group and the folders' group show no count.
@@ -52,7 +57,9 @@ TEST(RSSGroupTest, NamesCountsAndTheOrderAfterADeletion) {
     }
 }
 
-TEST_F(GroupsTest, AFreshProfileHasTheThreeBuiltInsWithTheirChannels) {
+// A fresh profile has the three built-ins with their channels; what it saves is
+// exactly so.
+TEST_F(GroupsTest, AFreshProfileHasTheBuiltInsRenamesKeepThePlaceAndSavesAreExact) {
     QSignalSpy newGroups(&groups, &colGroups::NewGroup);
     QSignalSpy newChannels(&groups, &colGroups::NewChannel);
     groups.init(u"Ann"_s);
@@ -65,55 +72,7 @@ TEST_F(GroupsTest, AFreshProfileHasTheThreeBuiltInsWithTheirChannels) {
                            u"_tamsel/read"_s}));
     EXPECT_EQ(newGroups.count(), 3);
     EXPECT_EQ(newChannels.count(), 9);
-}
 
-TEST_F(GroupsTest, SavedBuiltInsAndDuplicatesMergeIntoOneGroup) {
-    home.Write(u"profiles/Ann/groups.xml"_s,
-               "<tamselgroups><group><title>Tamsel</title><expand>false</expand>"
-               "<channel>_tamsel/flagged</channel><channel>http://extra/rss</channel></group>"
-               "<group><title>News</title><expand>true</expand><channel>http://a/rss</channel></group>"
-               "<wrapper><GROUP><TITLE>News</TITLE><Expand>False</Expand><channel>http://b/rss</channel>"
-               "<channel>http://a/rss</channel></GROUP></wrapper>"
-               "<group><title>news</title><channel>http://c/rss</channel></group></tamselgroups>");
-    groups.init(u"Ann"_s);
-    ASSERT_EQ(groups.GroupCount(), 4);
-    const RSSGroup* tamsel = groups.Group(u"Tamsel"_s);
-    EXPECT_FALSE(tamsel->Expanded());
-    EXPECT_EQ(tamsel->ChannelCount(), 5);
-    EXPECT_EQ(tamsel->ChannelURL(4), u"http://extra/rss"_s);
-    const RSSGroup* news = groups.Group(4);
-    EXPECT_EQ(news->Name(), u"News"_s);
-    EXPECT_FALSE(news->Expanded()) << "\"False\" is not true";
-    EXPECT_EQ(Urls(*news), (QStringList{u"http://a/rss"_s, u"http://b/rss"_s, u"http://c/rss"_s}));
-}
-
-TEST_F(GroupsTest, SaveWritesTheExactFileAndABrokenFileIsKeptAside) {
-    groups.init(u"Ann"_s);
-    groups.AddGroup(u"My Channels"_s);
-    groups.AssignChannel(u"my channels"_s, u"http://a/rss?x=1&y=2"_s);
-    groups.Group(u"Spotlight"_s)->SetExpanded(false);
-    ASSERT_TRUE(groups.SaveGroupXML());
-    EXPECT_EQ(
-        home.Read(u"profiles/Ann/groups.xml"_s),
-        "<tamselgroups><group><title>Tamsel</title><expand>true</expand><channel>_tamsel/flagged</channel>"
-        "<channel>tamsel://site/tamsel/news.xml</channel><channel>_tamsel/deleted</channel>"
-        "<channel>tamsel://site/tamsel/help.xml</channel></group>"
-        "<group><title>Spotlight</title><expand>false</expand></group>"
-        "<group><title>All Items</title><expand>true</expand><channel>_tamsel/today</channel>"
-        "<channel>_tamsel/yesterday</channel><channel>_tamsel/week</channel>"
-        "<channel>_tamsel/unread</channel><channel>_tamsel/read</channel></group>"
-        "<group><title>My Channels</title><expand>true</expand>"
-        "<channel>http://a/rss?x=1&amp;y=2</channel></group></tamselgroups>\n");
-
-    home.Write(u"profiles/Bob/groups.xml"_s, "<tamselgroups><group>");
-    colGroups bob(paths, site);
-    bob.init(u"Bob"_s);
-    EXPECT_EQ(bob.GroupCount(), 3);
-    EXPECT_EQ(QDir(home.File(u"profiles/Bob"_s)).entryList({u"groups.xml.damaged-*"_s}).size(), 1);
-}
-
-TEST_F(GroupsTest, RenameKeepsThePositionAndRefusesAnotherGroupsName) {
-    groups.init(u"Ann"_s);
     groups.AddGroup(u"News"_s);
     groups.AddGroup(u"Sport"_s);
     EXPECT_TRUE(groups.AddGroup(u"NEWS"_s));
@@ -121,8 +80,32 @@ TEST_F(GroupsTest, RenameKeepsThePositionAndRefusesAnotherGroupsName) {
     EXPECT_TRUE(groups.Rename(u"News"_s, u"World"_s));
     EXPECT_FALSE(groups.Rename(u"World"_s, u"sport"_s));
     EXPECT_TRUE(groups.Rename(u"World"_s, u"WORLD"_s));
-    EXPECT_EQ(groups.Group(4)->Name(), u"WORLD"_s);
+    EXPECT_TRUE(groups.Rename(u"WORLD"_s, u"My Channels"_s));
+    EXPECT_EQ(groups.Group(4)->Name(), u"My Channels"_s);
     groups.Remove(u"sport"_s);
-    EXPECT_EQ(groups.GroupCount(), 4);
     EXPECT_EQ(groups.Group(u"Sport"_s), nullptr);
+    groups.AssignChannel(u"my channels"_s, u"http://a/rss?x=1&y=2"_s);
+    groups.Group(u"Spotlight"_s)->SetExpanded(false);
+    ASSERT_TRUE(groups.SaveGroupXML());
+    EXPECT_EQ(home.Read(u"profiles/Ann/groups.xml"_s), Data(u"groups-saved.xml"_s));
+}
+
+TEST_F(GroupsTest, SavedBuiltInsAndDuplicatesMergeAndABrokenFileIsKeptAside) {
+    home.Write(u"profiles/Ann/groups.xml"_s, Data(u"groups-merged.xml"_s));
+    groups.init(u"Ann"_s);
+    ASSERT_EQ(groups.GroupCount(), 4);
+    const RSSGroup* tamsel = groups.Group(u"Tamsel"_s);
+    EXPECT_FALSE(tamsel->Expanded());
+    EXPECT_EQ(Urls(*tamsel).last(), u"http://extra/rss"_s);
+    EXPECT_EQ(tamsel->ChannelCount(), 5);
+    const RSSGroup* news = groups.Group(4);
+    EXPECT_EQ(news->Name(), u"News"_s);
+    EXPECT_FALSE(news->Expanded()) << "\"False\" is not true";
+    EXPECT_EQ(Urls(*news), (QStringList{u"http://a/rss"_s, u"http://b/rss"_s, u"http://c/rss"_s}));
+
+    home.Write(u"profiles/Bob/groups.xml"_s, "<tamselgroups><group>");
+    colGroups bob(paths, site);
+    bob.init(u"Bob"_s);
+    EXPECT_EQ(bob.GroupCount(), 3);
+    EXPECT_EQ(QDir(home.File(u"profiles/Bob"_s)).entryList({u"groups.xml.damaged-*"_s}).size(), 1);
 }
