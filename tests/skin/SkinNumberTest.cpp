@@ -3,6 +3,7 @@
 #include "skin/SkinNumber.h"
 #include "skin/SkinColor.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
 #include <gtest/gtest.h>
@@ -10,27 +11,12 @@
 namespace {
 
 TEST(SkinNumberTest, ReadsTheLeadingNumberAndRoundsHalvesToEven) {
-    const std::pair<const char*, double> texts[] = {{"", 0},
-                                                    {"abc", 0},
-                                                    {"   12", 12},
-                                                    {"\t7", 7},
-                                                    {"-10", -10},
-                                                    {"+5", 5},
-                                                    {".25", 0.25},
-                                                    {"1.2.3", 1.2},
-                                                    {"12px", 12},
-                                                    {"3 4", 3},
-                                                    {"- 3", 0},
-                                                    {"&hFF0000", 16711680},
-                                                    {"&Hff", 255},
-                                                    {"&h8000000F", 2147483663.0},
-                                                    {"&hFFFFFFFF", 4294967295.0},
-                                                    {"&h1G", 1},
-                                                    {"&h", 0},
-                                                    {"&", 0},
-                                                    {"  &h10", 16}};
-    for (const auto& [text, value] : texts) {
-        EXPECT_DOUBLE_EQ(SkinNumber::Leading(QString::fromUtf8(text)), value) << text;
+    // Each line of the table is "text|value".
+    QFile table(QStringLiteral(TAMSEL_TEST_DATA_DIR "/numbers.txt"));
+    ASSERT_TRUE(table.open(QIODevice::ReadOnly));
+    for (const QString& row : QString::fromUtf8(table.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        EXPECT_DOUBLE_EQ(SkinNumber::Leading(row.section(u'|', 0, 0)), row.section(u'|', 1).toDouble())
+            << row.toStdString();
     }
     const std::pair<double, qint64> rounds[] = {
         {2.5, 2}, {3.5, 4}, {-2.5, -2}, {-3.5, -4}, {2.4999, 2}, {2.5001, 3}, {1e300, qint64(9.0e18)}};

@@ -13,6 +13,8 @@
 #include "support/TestHome.h"
 
 #include <QColor>
+#include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QMap>
 #include <QStringList>
@@ -41,7 +43,6 @@ public:
         added.append(key);
         images.insert(key, picture);
     }
-    SkinPicture Picture(const QString& key) const { return images.value(key); }
 
     QMap<QString, SkinPicture> images;
     QStringList added;
@@ -57,15 +58,11 @@ public:
     SkinSurface* picSkin() override { return m_surface.get(); }
     QString DecodeText(const QString& text) override {
         decoded.append(text);
-        QString result = text;
-        result.replace(QStringLiteral("{user}"), QStringLiteral("Ann"));
-        return result;
+        return QString(text).replace(QStringLiteral("{user}"), QStringLiteral("Ann"));
     }
     void SkinHandler(const QString& function) override {
         handled.append(function);
-        if (onHandler) {
-            onHandler(function);
-        }
+        onHandler(function);
     }
     // The window goes away; its surface with it.
     void Unload() { m_surface.reset(); }
@@ -73,7 +70,7 @@ public:
 
     QStringList decoded;
     QStringList handled;
-    std::function<void(const QString&)> onHandler;
+    std::function<void(const QString&)> onHandler = [](const QString&) {};
 
 private:
     std::unique_ptr<SkinSurface> m_surface;
@@ -86,26 +83,21 @@ public:
         skin.SetImageListTarget(&imageList);
     }
 
-    // Writes skins/<name>/skin.txt of the user's skin folder.
-    void WriteSkin(const QString& name, const QString& text) const {
-        home.Write(QStringLiteral("skins/") + name + QStringLiteral("/skin.txt"), text.toUtf8());
-    }
-    // Writes a picture of one colour into the user's skin folder.
-    void WritePicture(const QString& skin, const QString& file, QSize size, const QColor& colour) const {
-        QImage image(size, QImage::Format_ARGB32);
-        image.fill(colour);
-        WriteImage(skin, file, image);
-    }
-    void WriteImage(const QString& skin, const QString& file, const QImage& image) const {
-        home.Write(QStringLiteral("skins/") + skin + u'/' + file, QByteArray());
-        image.save(home.File(QStringLiteral("skins/") + skin + u'/' + file), "PNG");
-    }
     void Choose(const QString& name) {
         settings.SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), name);
     }
-    // Writes, chooses and loads a skin in one go.
-    void Load(const QString& name, const QString& text) {
-        WriteSkin(name, text);
+    // Copies the suite's data/skins/<name> (if any) into the user's skin folder, replaces its
+    // skin.txt by `text` unless that is null, then chooses and loads the skin.
+    void Load(const QString& name, const QString& text = QString()) {
+        const QDir source(QStringLiteral(TAMSEL_TEST_DATA_DIR "/skins/") + name);
+        const QString target = QStringLiteral("skins/") + name + u'/';
+        home.Write(target + QStringLiteral("skin.txt"), text.toUtf8());
+        for (const QString& file : source.entryList(QDir::Files)) {
+            if (text.isNull() || file != u"skin.txt") {
+                QFile::remove(home.File(target + file));
+                QFile::copy(source.filePath(file), home.File(target + file));
+            }
+        }
         Choose(name);
         skin.LoadSkin();
     }

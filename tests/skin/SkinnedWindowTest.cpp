@@ -60,34 +60,25 @@ protected:
 class SkinnedWindowTest : public ::testing::Test, public SkinFixture {
 protected:
     void SetUp() override {
-        WritePicture(QStringLiteral("Win"), QStringLiteral("x.png"), QSize(16, 16), Qt::red);
-        Load(QStringLiteral("Win"), QStringLiteral("defineframe channel\nframecolor &hFFFFFF\n"
-                                                   "defineentity 1\nwindow channel\nimage x.png\n"
-                                                   "function Close\ntop 6\nleft -6\n"));
+        Load(QStringLiteral("Win"));
         ASSERT_TRUE(host.messages.isEmpty());
         window.resize(160, 100);
         window.show();
     }
 
+    QColor Pixel(int x, int y) { return window.picSkin()->Image().pixelColor(x, y); }
+
     RecordingWindow window{skin, frmTamselSkin::KindChannel};
 };
 
-TEST_F(SkinnedWindowTest, StartsWithoutANativeFrameAndItsSurfaceCoversAndFollowsIt) {
+// The window starts without a native frame; its surface covers and follows it, another skin and
+// another size repaint it. Presses that no entity takes move or resize the window.
+TEST_F(SkinnedWindowTest, ItsSurfaceFollowsItAndPressesBesideTheEntitiesMoveOrResizeIt) {
     EXPECT_FALSE(window.Framed());
     EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_EQ(window.picSkin()->geometry(), window.rect());
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::red));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(80, 50), QColor(Qt::white));
-    // Another skin, and another size, repaint the window.
-    Load(QStringLiteral("Plain"), QStringLiteral("defineframe channel\nframecolor &hFF0000\n"));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::blue));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(80, 50), QColor(Qt::blue));
-    window.resize(200, 120);
-    EXPECT_EQ(window.picSkin()->Image().size(), QSize(200, 120));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(190, 110), QColor(Qt::blue));
-}
-
-TEST_F(SkinnedWindowTest, PressesThatNoEntityTakesMoveOrResizeTheWindow) {
+    EXPECT_EQ(Pixel(140, 10), QColor(Qt::red));
+    EXPECT_EQ(Pixel(80, 50), QColor(Qt::white));
     window.Press(QPointF(80, 50));
     window.Press(QPointF(1, 1));
     window.Press(QPointF(159, 50));
@@ -98,9 +89,18 @@ TEST_F(SkinnedWindowTest, PressesThatNoEntityTakesMoveOrResizeTheWindow) {
     EXPECT_TRUE(window.drags.isEmpty());
     window.Release(QPointF(145, 14));
     EXPECT_EQ(window.handled, QStringList{QStringLiteral("close")});
+
+    Load(QStringLiteral("Plain"), QStringLiteral("defineframe channel\nframecolor &hFF0000\n"));
+    EXPECT_EQ(Pixel(140, 10), QColor(Qt::blue));
+    EXPECT_EQ(Pixel(80, 50), QColor(Qt::blue));
+    window.resize(200, 120);
+    EXPECT_EQ(window.picSkin()->Image().size(), QSize(200, 120));
+    EXPECT_EQ(Pixel(190, 110), QColor(Qt::blue));
 }
 
-TEST_F(SkinnedWindowTest, WithTheNativeFrameTheSkinNeitherMovesNorResizes) {
+// With the native frame the skin neither moves nor resizes; without it the pointer shows the
+// sizing arrows and hover is handed to the skin.
+TEST_F(SkinnedWindowTest, TheNativeFrameTakesOverMovingAndSizing) {
     window.SetFramed(true);
     EXPECT_TRUE(window.Framed());
     EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
@@ -112,20 +112,16 @@ TEST_F(SkinnedWindowTest, WithTheNativeFrameTheSkinNeitherMovesNorResizes) {
     window.SetFramed(false);
     window.Press(QPointF(80, 50));
     EXPECT_EQ(window.drags.size(), 1);
-}
 
-TEST_F(SkinnedWindowTest, ThePointerShowsTheSizingArrowsAndHoverIsHandedToTheSkin) {
     window.Move(QPointF(158, 98));
     EXPECT_EQ(window.picSkin()->cursor().shape(), Qt::SizeFDiagCursor);
     window.Move(QPointF(80, 50));
     EXPECT_FALSE(window.picSkin()->testAttribute(Qt::WA_SetCursor));
-    WritePicture(QStringLiteral("Win"), QStringLiteral("h.png"), QSize(16, 16), Qt::green);
-    Load(QStringLiteral("Win"),
-         QStringLiteral("defineframe channel\nframecolor &hFFFFFF\n"
-                        "defineentity 1\nwindow channel\nimage x.png\nimagemousemove h.png\n"
-                        "function Close\ntop 6\nleft -6\n"));
+    Load(QStringLiteral("Win"), QStringLiteral("defineframe channel\nframecolor &hFFFFFF\ndefineentity 1\n"
+                                               "window channel\nimage x.png\nimagemousemove h.png\n"
+                                               "function Close\ntop 6\nleft -6\n"));
     window.Move(QPointF(145, 14));
-    EXPECT_EQ(window.picSkin()->Image().pixelColor(140, 10), QColor(Qt::green));
+    EXPECT_EQ(Pixel(140, 10), QColor(Qt::green));
 }
 
 } // namespace

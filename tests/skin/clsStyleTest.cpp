@@ -12,15 +12,9 @@
 
 #include <functional>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-struct StyleProperty {
-    const char* name;
-    std::function<void(clsStyle&, bool)> write;
-    quint32 bit;
-    bool extended;
-    Qt::WindowFlags flag; // the flag that follows the property while the window has a caption
-};
+namespace {
 
 class clsStyleTest : public ::testing::Test {
 protected:
@@ -33,52 +27,37 @@ protected:
     clsStyle style;
 };
 
-class clsStylePropertyTest : public clsStyleTest, public ::testing::WithParamInterface<StyleProperty> {};
-
-TEST_P(clsStylePropertyTest, SetsTheStyleBitAndTheWindowFlag) {
-    const StyleProperty& p = GetParam();
-    // A caption and nothing else: buttons would bring the window menu along.
-    style.SetStyle(clsStyle::kCaption);
-    for (bool on : {true, false, true}) {
-        p.write(style, on);
-        const quint32 word = p.extended ? style.ExStyle() : style.Style();
-        EXPECT_EQ((word & p.bit) == p.bit, on) << p.name;
-        if (p.flag != Qt::WindowFlags()) {
-            EXPECT_EQ((window.windowFlags() & p.flag) == p.flag, on) << p.name;
+// Each property sets its style bit and, while the window has a caption, the matching window flag.
+TEST_F(clsStyleTest, PropertiesSetTheStyleBitAndTheWindowFlag) {
+    struct Property {
+        const char* name;
+        std::function<void(clsStyle&, bool)> write;
+        quint32 bit;
+        bool extended;
+        Qt::WindowFlags flag;
+    };
+    const Property properties[] = {
+        {"ControlBox", &clsStyle::SetControlBox, clsStyle::kSysMenu, false, Qt::WindowSystemMenuHint},
+        {"MaxButton", &clsStyle::SetMaxButton, clsStyle::kMaximizeBox, false, Qt::WindowMaximizeButtonHint},
+        {"MinButton", &clsStyle::SetMinButton, clsStyle::kMinimizeBox, false, Qt::WindowMinimizeButtonHint},
+        {"Sizable", &clsStyle::SetSizable, clsStyle::kThickFrame, false, {}},
+        {"ToolWindow", &clsStyle::SetToolWindow, clsStyle::kExToolWindow, true, Qt::Tool},
+        {"WhatsThis", &clsStyle::SetWhatsThisButton, clsStyle::kExContextHelp, true,
+         Qt::WindowContextHelpButtonHint},
+        {"TopMost", &clsStyle::SetTopMost, clsStyle::kExTopMost, true, Qt::WindowStaysOnTopHint},
+    };
+    for (const Property& p : properties) {
+        // A caption and nothing else: buttons would bring the window menu along.
+        style.SetStyle(clsStyle::kCaption);
+        style.SetExStyle(0);
+        for (bool on : {true, false, true}) {
+            SCOPED_TRACE(testing::Message() << p.name << " " << on);
+            p.write(style, on);
+            EXPECT_EQ(((p.extended ? style.ExStyle() : style.Style()) & p.bit) == p.bit, on);
+            EXPECT_TRUE(p.flag == Qt::WindowFlags() || ((window.windowFlags() & p.flag) == p.flag) == on);
         }
     }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Properties, clsStylePropertyTest,
-    ::testing::Values(StyleProperty{"ControlBox", &clsStyle::SetControlBox, clsStyle::kSysMenu, false,
-                                    Qt::WindowSystemMenuHint},
-                      StyleProperty{"MaxButton", &clsStyle::SetMaxButton, clsStyle::kMaximizeBox, false,
-                                    Qt::WindowMaximizeButtonHint},
-                      StyleProperty{"MinButton", &clsStyle::SetMinButton, clsStyle::kMinimizeBox, false,
-                                    Qt::WindowMinimizeButtonHint},
-                      StyleProperty{"Sizable", &clsStyle::SetSizable, clsStyle::kThickFrame, false, {}},
-                      StyleProperty{"ToolWindow", &clsStyle::SetToolWindow, clsStyle::kExToolWindow, true,
-                                    Qt::Tool},
-                      StyleProperty{"WhatsThisButton", &clsStyle::SetWhatsThisButton,
-                                    clsStyle::kExContextHelp, true, Qt::WindowContextHelpButtonHint},
-                      StyleProperty{"TopMost", &clsStyle::SetTopMost, clsStyle::kExTopMost, true,
-                                    Qt::WindowStaysOnTopHint}),
-    [](const ::testing::TestParamInfo<StyleProperty>& info) { return std::string(info.param.name); });
-
-TEST_F(clsStyleTest, TheTitlebarIsTheNativeFrameAndEitherHalfOfTheCaptionBits) {
-    style.SetTitlebar(true);
-    EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
-    style.SetTitlebar(false);
-    EXPECT_EQ(style.Style() & clsStyle::kCaption, 0U);
-    EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
-    for (quint32 half : {0x00800000U, 0x00400000U}) {
-        style.SetStyle(half);
-        EXPECT_TRUE(style.Titlebar()) << half;
-    }
-}
-
-TEST_F(clsStyleTest, WritingASetBitLeavesTheStyleAndStillRedraws) {
+    // Writing a set bit leaves the style and still redraws.
     style.SetSizable(true);
     const quint32 before = style.Style();
     QSignalSpy redrawn(&style, &clsStyle::FrameRedrawn);
@@ -87,7 +66,10 @@ TEST_F(clsStyleTest, WritingASetBitLeavesTheStyleAndStillRedraws) {
     EXPECT_EQ(redrawn.count(), 1);
 }
 
-TEST_F(clsStyleTest, WithoutSizingBorderTheSizeIsFixedUntilItComesBack) {
+// Without sizing border the size is fixed until it comes back. The title bar is the native frame
+// and either half of the caption bits; a visible window stays visible and keeps its client area.
+// Styles belong to the window, not to one clsStyle.
+TEST_F(clsStyleTest, TheSizingBorderAndTheTitlebarFollowTheStyleBits) {
     window.setMinimumSize(50, 40);
     style.SetSizable(false);
     EXPECT_EQ(window.minimumSize(), QSize(240, 160));
@@ -95,24 +77,24 @@ TEST_F(clsStyleTest, WithoutSizingBorderTheSizeIsFixedUntilItComesBack) {
     style.SetSizable(true);
     EXPECT_EQ(window.minimumSize(), QSize(50, 40));
     EXPECT_EQ(window.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
-}
-
-TEST_F(clsStyleTest, AVisibleWindowStaysVisibleAndKeepsItsClientArea) {
     window.show();
     const QRect before = window.geometry();
     style.SetTitlebar(false);
+    EXPECT_EQ(style.Style() & clsStyle::kCaption, 0U);
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(window.geometry(), before);
     style.SetTitlebar(true);
+    EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(window.geometry().size(), before.size());
-}
-
-TEST_F(clsStyleTest, StylesBelongToTheWindow) {
-    style.SetStyle(clsStyle::kCaption | clsStyle::kSysMenu);
+    for (quint32 half : {0x00800000U, 0x00400000U}) {
+        style.SetStyle(half | clsStyle::kSysMenu);
+        EXPECT_TRUE(style.Titlebar()) << half;
+    }
     clsStyle second;
     second.SetClient(&window);
-    EXPECT_EQ(second.Style(), clsStyle::kCaption | clsStyle::kSysMenu);
+    EXPECT_EQ(second.Style(), 0x00400000U | clsStyle::kSysMenu);
     clsStyle lone;
     lone.SetTitlebar(true);
     EXPECT_FALSE(lone.Titlebar());
@@ -123,25 +105,22 @@ TEST_F(clsStyleTest, RightClickOpensTheWindowMenuOnlyWhenAsked) {
     style.SetMinButton(true);
     style.SetMaxButton(false);
     window.show();
-    const QPointF local(20, 20);
-    const QPointF global = window.mapToGlobal(local);
-    QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::RightButton, Qt::NoButton,
-                        Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(20, 20), window.mapToGlobal(QPointF(20, 20)),
+                        Qt::RightButton, Qt::NoButton, Qt::NoModifier);
     QApplication::sendEvent(&window, &release);
     EXPECT_EQ(style.SysMenu(), nullptr);
 
     style.SetAutoSysMenu(true);
     QApplication::sendEvent(&window, &release);
-    QMenu* menu = style.SysMenu();
-    ASSERT_NE(menu, nullptr);
-    const QList<QAction*> actions = menu->actions();
-    ASSERT_EQ(actions.size(), 5);
-    EXPECT_EQ(actions.at(0)->text(), QStringLiteral("&Restore"));
-    EXPECT_FALSE(actions.at(0)->isEnabled());
-    EXPECT_TRUE(actions.at(1)->isEnabled());  // minimise
-    EXPECT_FALSE(actions.at(2)->isEnabled()); // maximise: no button
-    EXPECT_TRUE(actions.at(3)->isSeparator());
-    EXPECT_EQ(actions.at(4)->text(), QStringLiteral("&Close"));
+    ASSERT_NE(style.SysMenu(), nullptr);
+    // Each entry as its text, "-" for the separator, marked when disabled.
+    QStringList entries;
+    const QList<QAction*> actions = style.SysMenu()->actions();
+    for (const QAction* action : actions) {
+        entries << (action->isSeparator() ? u"-"_s : action->text()) +
+                       (action->isEnabled() ? u""_s : u" (off)"_s);
+    }
+    ASSERT_EQ(entries.join(u'|'), u"&Restore (off)|Mi&nimize|Ma&ximize (off)|-|&Close"_s);
     actions.at(4)->trigger();
     EXPECT_FALSE(window.isVisible());
 }

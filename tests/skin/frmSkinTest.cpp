@@ -18,10 +18,6 @@ protected:
     frmSkinTest()
         : paths(resources.path(), data.path(), data.path() + QStringLiteral("/config")), settings(paths) {}
 
-    void MakeFolder(const QTemporaryDir& root, const QString& relative) {
-        QDir(root.path()).mkpath(relative);
-    }
-
     QTemporaryDir resources;
     QTemporaryDir data;
     Paths paths;
@@ -29,58 +25,57 @@ protected:
     FakeSkinHost host;
 };
 
-TEST_F(frmSkinTest, AFolderOfFilesHasNoSkins) {
-    MakeFolder(data, QStringLiteral("skins"));
+// A folder of files has no skins; otherwise the user's and the shipped skins are listed once
+// (names differing in case are two skins) and the current one is selected, "Default" without a
+// stored name. Without a selection the button keeps the old skin; with one it stores the name.
+TEST_F(frmSkinTest, ListsTheSkinsOnceAndTheButtonStoresTheChosenOne) {
+    QDir(data.path()).mkpath(QStringLiteral("skins"));
     QFile file(data.filePath(QStringLiteral("skins/readme.txt")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
-    frmSkin chooser(settings, paths, host);
-    EXPECT_FALSE(chooser.LoadList());
-    EXPECT_EQ(chooser.lstSkins()->count(), 0);
-    EXPECT_EQ(host.messages, QStringList{QStringLiteral("No Skins Found")});
-    EXPECT_EQ(chooser.exec(), int(QDialog::Rejected));
-    EXPECT_FALSE(chooser.SkinChanged());
-}
-
-TEST_F(frmSkinTest, ListsTheUsersAndTheShippedSkinsOnceAndSelectsTheCurrentOne) {
-    MakeFolder(resources, QStringLiteral("skins/Default"));
-    MakeFolder(resources, QStringLiteral("skins/Nightfall"));
-    MakeFolder(data, QStringLiteral("skins/nightfall"));
-    MakeFolder(data, QStringLiteral("skins/Default"));
-    MakeFolder(data, QStringLiteral("skins/Amber"));
-    frmSkin chooser(settings, paths, host);
-    ASSERT_TRUE(chooser.LoadList());
-    QStringList names;
-    for (int i = 0; i < chooser.lstSkins()->count(); ++i) {
-        names.append(chooser.lstSkins()->item(i)->text());
-    }
-    EXPECT_EQ(names, (QStringList{QStringLiteral("Amber"), QStringLiteral("Default"),
-                                  QStringLiteral("Nightfall"), QStringLiteral("nightfall")}));
-    // Without a stored name the chooser takes "Default".
-    ASSERT_NE(chooser.lstSkins()->currentItem(), nullptr);
-    EXPECT_EQ(chooser.lstSkins()->currentItem()->text(), QStringLiteral("Default"));
-    EXPECT_TRUE(host.messages.isEmpty());
-}
-
-// Without a selection the button keeps the old skin; with one it stores the chosen name.
-TEST_F(frmSkinTest, TheButtonStoresTheChosenSkinOnly) {
-    MakeFolder(resources, QStringLiteral("skins/Default"));
-    MakeFolder(resources, QStringLiteral("skins/Nightfall"));
-    const QString section = QStringLiteral("SETTINGS"), key = QStringLiteral("SKINNAME");
-    settings.SaveSetting(section, key, QStringLiteral("Gone"));
     {
         frmSkin chooser(settings, paths, host);
-        ASSERT_TRUE(chooser.LoadList());
-        EXPECT_TRUE(chooser.lstSkins()->selectedItems().isEmpty());
-        chooser.cmdOk()->click();
+        EXPECT_FALSE(chooser.LoadList());
+        EXPECT_EQ(chooser.lstSkins()->count(), 0);
+        EXPECT_EQ(host.messages, QStringList{QStringLiteral("No Skins Found")});
+        EXPECT_EQ(chooser.exec(), int(QDialog::Rejected));
         EXPECT_FALSE(chooser.SkinChanged());
-        EXPECT_EQ(chooser.result(), int(QDialog::Rejected));
-        EXPECT_EQ(settings.GetSetting(section, key, QString()), QStringLiteral("Gone"));
+        host.messages.clear();
     }
-    settings.SaveSetting(section, key, QStringLiteral("Nightfall"));
+    for (const char* folder : {"skins/Default", "skins/Nightfall"}) {
+        QDir(resources.path()).mkpath(QString::fromUtf8(folder));
+    }
+    for (const char* folder : {"skins/nightfall", "skins/Default", "skins/Amber"}) {
+        QDir(data.path()).mkpath(QString::fromUtf8(folder));
+    }
+    const QString section = QStringLiteral("SETTINGS"), key = QStringLiteral("SKINNAME");
+    for (const auto& [stored, selected] : {std::pair<const char*, const char*>{nullptr, "Default"},
+                                           {"Gone", nullptr},
+                                           {"Nightfall", "Nightfall"}}) {
+        SCOPED_TRACE(stored ? stored : "none");
+        if (stored) {
+            settings.SaveSetting(section, key, QString::fromUtf8(stored));
+        }
+        frmSkin chooser(settings, paths, host);
+        ASSERT_TRUE(chooser.LoadList());
+        QStringList names;
+        for (int i = 0; i < chooser.lstSkins()->count(); ++i) {
+            names.append(chooser.lstSkins()->item(i)->text());
+        }
+        EXPECT_EQ(names, (QStringList{QStringLiteral("Amber"), QStringLiteral("Default"),
+                                      QStringLiteral("Nightfall"), QStringLiteral("nightfall")}));
+        const QList<QListWidgetItem*> chosen = chooser.lstSkins()->selectedItems();
+        EXPECT_EQ(chosen.isEmpty() ? QString() : chosen.first()->text(), QString::fromUtf8(selected));
+        if (!selected) {
+            chooser.cmdOk()->click();
+            EXPECT_FALSE(chooser.SkinChanged());
+            EXPECT_EQ(chooser.result(), int(QDialog::Rejected));
+            EXPECT_EQ(settings.GetSetting(section, key, QString()), QString::fromUtf8(stored));
+        }
+    }
+    EXPECT_TRUE(host.messages.isEmpty());
     frmSkin chooser(settings, paths, host);
     ASSERT_TRUE(chooser.LoadList());
-    EXPECT_EQ(chooser.lstSkins()->currentItem()->text(), QStringLiteral("Nightfall"));
     QListWidgetItem* other = chooser.lstSkins()->item(0);
     chooser.lstSkins()->setCurrentItem(other);
     Q_EMIT chooser.lstSkins()->itemClicked(other);
@@ -88,7 +83,7 @@ TEST_F(frmSkinTest, TheButtonStoresTheChosenSkinOnly) {
     chooser.cmdOk()->click();
     EXPECT_TRUE(chooser.SkinChanged());
     EXPECT_EQ(chooser.result(), int(QDialog::Accepted));
-    EXPECT_EQ(settings.GetSetting(section, key, QString()), QStringLiteral("Default"));
+    EXPECT_EQ(settings.GetSetting(section, key, QString()), QStringLiteral("Amber"));
 }
 
 } // namespace

@@ -23,49 +23,41 @@ public:
 
     explicit SimulatedShell(SimulatedDesktop& desktop) : m_desktop(desktop) {}
 
-    bool Register() override {
-        log << QStringLiteral("New");
-        return true;
-    }
-    void Unregister() override { log << QStringLiteral("Remove"); }
+    bool Register() override { return Log(QStringLiteral("New")); }
+    void Unregister() override { Log(QStringLiteral("Remove")); }
     QRect QueryPos(int edge, const QRect& proposed) override {
-        log << QStringLiteral("QueryPos %1").arg(edge);
+        Log(QStringLiteral("QueryPos %1").arg(edge));
         QRect granted = proposed;
-        if (edge != 3) {
-            granted.setHeight(screen.height() - kTaskBar);
-        } else {
-            granted.setBottom(screen.height() - kTaskBar - 1);
-        }
+        // Bars keep off the task bar: a bottom bar ends above it, side bars are as high as the rest.
+        granted.setBottom(edge == 3 ? WorkArea().bottom() : granted.top() + WorkArea().height() - 1);
         return granted;
     }
     void SetPos(int edge, const QRect& rect) override {
-        log << QStringLiteral("SetPos %1 %2").arg(edge).arg(Text(rect));
+        Log(QStringLiteral("SetPos %1 %2").arg(edge).arg(Text(rect)));
         reserved = rect;
     }
     bool SetAutoHideBar(int edge, bool claim) override {
-        log << QStringLiteral("SetAutoHideBar %1 %2").arg(edge).arg(claim ? 1 : 0);
+        Log(QStringLiteral("SetAutoHideBar %1 %2").arg(edge).arg(claim ? 1 : 0));
         const void* holder = m_desktop.autoHideOwners.value(edge, nullptr);
-        if (!claim) {
-            if (holder == this) {
-                m_desktop.autoHideOwners.remove(edge);
-            }
-            return true;
-        }
         if (holder != nullptr && holder != this) {
-            return false;
+            return !claim;
         }
-        m_desktop.autoHideOwners[edge] = this;
+        if (claim) {
+            m_desktop.autoHideOwners[edge] = this;
+        } else {
+            m_desktop.autoHideOwners.remove(edge);
+        }
         return true;
     }
-    void Activate() override { log << QStringLiteral("Activate"); }
-    void WindowPosChanged() override { log << QStringLiteral("WindowPosChanged"); }
+    void Activate() override { Log(QStringLiteral("Activate")); }
+    void WindowPosChanged() override { Log(QStringLiteral("WindowPosChanged")); }
 
     QRect ScreenRect() const override { return screen; }
     QRect WorkArea() const override { return screen.adjusted(0, 0, 0, -kTaskBar); }
     AppBarMetrics Metrics() const override { return metrics; }
     QRect WindowRect() const override { return window; }
     void MoveWindow(const QRect& rect) override {
-        log << QStringLiteral("Move %1").arg(Text(rect));
+        Log(QStringLiteral("Move %1").arg(Text(rect)));
         window = rect;
     }
     QPoint CursorPos() const override { return cursor; }
@@ -73,6 +65,10 @@ public:
     QString WindowCaption() const override { return QStringLiteral("Bar"); }
     void ShowMessage(const QString& title, const QString& text) override { messages << title + u'|' + text; }
 
+    bool Log(const QString& message) {
+        log << message;
+        return true;
+    }
     // "left,top widthxheight"
     static QString Text(const QRect& r) {
         return QString::asprintf("%d,%d %dx%d", r.left(), r.top(), r.width(), r.height());

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QSize kScreen(1000, 600);
@@ -28,6 +30,13 @@ protected:
         target.SetDockHeight(20);
         target.SetSizeIncX(0);
         target.SetSizeIncY(0);
+    }
+
+    // The messages sent to the shell since the last call, joined by "|".
+    QString TakeLog() {
+        const QString text = shell.log.join(u'|');
+        shell.log.clear();
+        return text;
     }
 
     FakeClock clock;
@@ -63,57 +72,57 @@ TEST_F(AppBarTest, SettingsRoundTripAndAWrongSizeKeepsTheDefaults) {
 // Setting an edge, then the same edge again, claims, queries and reserves the same band.
 TEST_F(AppBarTest, DockingClaimsQueriesAndReservesABandOfTheThickness) {
     const std::pair<int, QString> cases[] = {
-        {TAppBar::EdgeLeft, QStringLiteral("0,0 20x560")},
-        {TAppBar::EdgeTop, QStringLiteral("0,0 1000x20")},
-        {TAppBar::EdgeRight, QStringLiteral("980,0 20x560")},
-        {TAppBar::EdgeBottom, QStringLiteral("0,540 1000x20")},
+        {TAppBar::EdgeLeft, u"0,0 20x560"_s},
+        {TAppBar::EdgeTop, u"0,0 1000x20"_s},
+        {TAppBar::EdgeRight, u"980,0 20x560"_s},
+        {TAppBar::EdgeBottom, u"0,540 1000x20"_s},
     };
     ConfigureLikeTicker(bar);
     bar.Extends(shell);
+    TakeLog();
     for (const auto& [edge, band] : cases) {
         for (const bool again : {false, true}) {
             SCOPED_TRACE(testing::Message() << edge << (again ? " again" : ""));
             const int before = bar.Edge();
-            shell.log.clear();
             bar.SetEdge(edge);
-            QStringList expected;
-            if (before >= TAppBar::EdgeLeft && before <= TAppBar::EdgeBottom) {
-                expected << QStringLiteral("SetAutoHideBar %1 0").arg(before);
-            }
-            expected << QStringLiteral("SetAutoHideBar %1 1").arg(edge)
-                     << QStringLiteral("QueryPos %1").arg(edge)
-                     << QStringLiteral("SetPos %1 %2").arg(edge).arg(band)
-                     << QStringLiteral("Move %1").arg(band);
-            EXPECT_EQ(shell.log, expected);
+            const QString release =
+                before <= TAppBar::EdgeBottom ? u"SetAutoHideBar %1 0|"_s.arg(before) : QString();
+            EXPECT_EQ(TakeLog(),
+                      release +
+                          u"SetAutoHideBar %1 1|QueryPos %1|SetPos %1 %2|Move %2"_s.arg(edge).arg(band));
         }
     }
 }
 
+// A floating bar reserves nothing and has no edge to release; a detached bar sends nothing more.
 TEST_F(AppBarTest, FloatingReservesNothingAndDetachUnregisters) {
     shell.window = QRect(50, 60, 200, 30);
     bar.Extends(shell);
-    EXPECT_EQ(shell.log, QStringList({QStringLiteral("New"), QStringLiteral("SetPos 5 0,0 0x0"),
-                                      QStringLiteral("Move 50,60 200x30")}));
-    shell.log.clear();
+    EXPECT_EQ(TakeLog(), u"New|SetPos 5 0,0 0x0|Move 50,60 200x30"_s);
+    bar.Detach();
+    EXPECT_EQ(TakeLog(), u"Remove"_s);
+    bar.Extends(shell);
+    TakeLog();
     bar.SetEdge(TAppBar::EdgeUnregistered);
     bar.SetEdge(TAppBar::EdgeBottom);
-    EXPECT_EQ(shell.log.mid(0, 2), QStringList({QStringLiteral("Remove"), QStringLiteral("New")}));
-    shell.log.clear();
+    EXPECT_TRUE(TakeLog().startsWith(u"Remove|New|"_s));
     bar.Detach();
-    EXPECT_EQ(shell.log, QStringList({QStringLiteral("SetAutoHideBar 3 0"), QStringLiteral("Remove")}));
+    EXPECT_EQ(TakeLog(), u"SetAutoHideBar 3 0|Remove"_s);
     EXPECT_TRUE(desktop.autoHideOwners.isEmpty());
-    shell.log.clear();
     bar.SetEdge(TAppBar::EdgeTop);
     EXPECT_TRUE(shell.log.isEmpty());
 }
 
-TEST_F(AppBarTest, ASecondAutoHiddenBarOnAnEdgeIsRefusedWithTheMessage) {
+// A second auto-hidden bar on an edge is refused with the message and stays docked, reserving its
+// strip like any bar without auto-hide. The check slides the first one out only when the cursor
+// has gone and another window is active.
+TEST_F(AppBarTest, OneAutoHiddenBarPerEdgeSlidesOutWhenTheCursorHasGone) {
     bar.SetAutoHide(true);
+    bar.SetAutoHideDelay(250);
     bar.Extends(shell);
     bar.SetEdge(TAppBar::EdgeTop);
     EXPECT_TRUE(bar.AutoHide());
     EXPECT_TRUE(shell.reserved.isEmpty()) << "an auto-hiding bar reserves nothing";
-
     const auto secondBar = [&](bool refused) {
         SimulatedShell secondShell(desktop);
         TAppBar second(clock, kScreen);
@@ -122,51 +131,11 @@ TEST_F(AppBarTest, ASecondAutoHiddenBarOnAnEdgeIsRefusedWithTheMessage) {
         second.SetEdge(TAppBar::EdgeTop);
         EXPECT_EQ(second.AutoHide(), !refused);
         EXPECT_EQ(secondShell.messages, refused ? QStringList{kRefused} : QStringList());
-        if (refused) {
-            // It stays docked, reserving its strip like any bar without auto-hide.
-            EXPECT_EQ(secondShell.reserved, QRect(0, 0, 1000, 32));
-            EXPECT_EQ(secondShell.window, QRect(0, 0, 1000, 32));
-        }
+        EXPECT_EQ(secondShell.reserved, refused ? QRect(0, 0, 1000, 32) : QRect());
+        EXPECT_EQ(secondShell.window, refused ? QRect(0, 0, 1000, 32) : QRect(0, -30, 1000, 32));
     };
     secondBar(true);
-    bar.Detach();
-    secondBar(false);
-}
 
-TEST_F(AppBarTest, AnAutoHiddenBarLeavesAStripAndSlidesInAndOut) {
-    struct Case {
-        int edge;
-        QRect hidden;
-        QRect shown;
-    };
-    // The strip is twice the border: 2 pixels with a 1-pixel border.
-    const Case cases[] = {
-        {TAppBar::EdgeLeft, QRect(-30, 0, 32, 600), QRect(0, 0, 32, 600)},
-        {TAppBar::EdgeTop, QRect(0, -30, 1000, 32), QRect(0, 0, 1000, 32)},
-        {TAppBar::EdgeRight, QRect(998, 0, 32, 600), QRect(968, 0, 32, 600)},
-        {TAppBar::EdgeBottom, QRect(0, 598, 1000, 32), QRect(0, 568, 1000, 32)},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.edge);
-        SimulatedDesktop ownDesktop;
-        SimulatedShell ownShell(ownDesktop);
-        TAppBar hiding(clock, kScreen);
-        hiding.SetAutoHide(true);
-        hiding.Extends(ownShell);
-        hiding.SetEdge(c.edge);
-        EXPECT_EQ(ownShell.window, c.hidden);
-        hiding.MouseOver();
-        EXPECT_EQ(ownShell.window, c.shown);
-        hiding.Activated(false);
-        EXPECT_EQ(ownShell.window, c.hidden);
-    }
-}
-
-TEST_F(AppBarTest, TheCheckSlidesOutOnlyWhenTheCursorHasGoneAndAnotherWindowIsActive) {
-    bar.SetAutoHide(true);
-    bar.SetAutoHideDelay(250);
-    bar.Extends(shell);
-    bar.SetEdge(TAppBar::EdgeTop);
     bar.SlideIn();
     // Within twice the double-click size below the bar, the cursor still counts as on it.
     shell.cursor = QPoint(500, 32 + 7);
@@ -184,12 +153,46 @@ TEST_F(AppBarTest, TheCheckSlidesOutOnlyWhenTheCursorHasGoneAndAnotherWindowIsAc
     EXPECT_EQ(shell.window, QRect(0, -30, 1000, 32));
     bar.Detach();
     EXPECT_EQ(clock.ActiveTimers(), 0);
+    secondBar(false);
 }
 
-TEST_F(AppBarTest, WithNoFlagsDraggingNeverChangesTheEdge) {
+// The strip is twice the border: 2 pixels with a 1-pixel border.
+TEST_F(AppBarTest, AnAutoHiddenBarLeavesAStripAndSlidesInAndOut) {
+    const std::tuple<int, QRect, QRect> cases[] = {
+        {TAppBar::EdgeLeft, QRect(-30, 0, 32, 600), QRect(0, 0, 32, 600)},
+        {TAppBar::EdgeTop, QRect(0, -30, 1000, 32), QRect(0, 0, 1000, 32)},
+        {TAppBar::EdgeRight, QRect(998, 0, 32, 600), QRect(968, 0, 32, 600)},
+        {TAppBar::EdgeBottom, QRect(0, 598, 1000, 32), QRect(0, 568, 1000, 32)},
+    };
+    for (const auto& [edge, hidden, shown] : cases) {
+        SCOPED_TRACE(edge);
+        SimulatedDesktop ownDesktop;
+        SimulatedShell ownShell(ownDesktop);
+        TAppBar hiding(clock, kScreen);
+        hiding.SetAutoHide(true);
+        hiding.Extends(ownShell);
+        hiding.SetEdge(edge);
+        EXPECT_EQ(ownShell.window, hidden);
+        hiding.MouseOver();
+        EXPECT_EQ(ownShell.window, shown);
+        hiding.Activated(false);
+        EXPECT_EQ(ownShell.window, hidden);
+    }
+}
+
+// With the ticker's set-up dragging never changes the edge and no sizing border is offered; the
+// caption and client area are left alone.
+TEST_F(AppBarTest, TheTickersSettingsNeitherMoveNorSizeTheBar) {
     ConfigureLikeTicker(bar);
     bar.Extends(shell);
-    bar.SetEdge(TAppBar::EdgeBottom);
+    for (const int edge : {0, 1, 2, 5, 3}) {
+        bar.SetEdge(edge);
+        for (int code = TAppBar::HitLeft; code <= TAppBar::HitBottomRight; ++code) {
+            EXPECT_EQ(bar.HitTest(code), TAppBar::HitBorder) << "edge " << edge << " code " << code;
+        }
+        EXPECT_EQ(bar.HitTest(2), 2);
+        EXPECT_EQ(bar.HitTest(1), 1);
+    }
     const QRect docked = shell.window;
     bar.EnterSizeMove();
     for (const QPoint point :
@@ -205,15 +208,11 @@ TEST_F(AppBarTest, WithNoFlagsDraggingNeverChangesTheEdge) {
     EXPECT_EQ(shell.window, docked);
 }
 
+// The edge under a dragged point follows the screen diagonals and the permissions; a drag from an
+// edge to the middle floats the bar centred on the cursor.
 TEST_F(AppBarTest, TheEdgeFromAPointFollowsTheScreenDiagonalsAndThePermissions) {
-    struct Case {
-        int flags;
-        QPoint point;
-        bool ctrl;
-        int edge;
-    };
     const int sides = TAppBar::AllowRight | TAppBar::AllowLeft;
-    const Case cases[] = {
+    const std::tuple<int, QPoint, bool, int> cases[] = {
         {31, QPoint(500, 2), false, TAppBar::EdgeTop},
         {31, QPoint(500, 598), false, TAppBar::EdgeBottom},
         {31, QPoint(2, 300), false, TAppBar::EdgeLeft},
@@ -230,19 +229,15 @@ TEST_F(AppBarTest, TheEdgeFromAPointFollowsTheScreenDiagonalsAndThePermissions) 
         // Ctrl without permission to float changes nothing.
         {TAppBar::AllowTop, QPoint(500, 2), true, TAppBar::EdgeTop},
     };
-    bar.Extends(shell);
-    bar.SetEdge(TAppBar::EdgeRight);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message()
-                     << "flags " << c.flags << " at " << c.point.x() << ',' << c.point.y());
-        bar.SetFlags(c.flags);
-        EXPECT_EQ(bar.EdgeFromPoint(c.point, c.ctrl), c.edge);
-    }
-}
-
-TEST_F(AppBarTest, ADragFromAnEdgeToTheMiddleFloatsCentredOnTheCursor) {
     shell.window = QRect(0, 0, 200, 100);
     bar.Extends(shell);
+    bar.SetEdge(TAppBar::EdgeRight);
+    for (const auto& [flags, point, ctrl, edge] : cases) {
+        bar.SetFlags(flags);
+        EXPECT_EQ(bar.EdgeFromPoint(point, ctrl), edge)
+            << "flags " << flags << " at " << point.x() << ',' << point.y();
+    }
+    bar.SetFlags(31);
     bar.SetEdge(TAppBar::EdgeTop);
     bar.EnterSizeMove();
     const QRect floating = bar.Moving(QPoint(400, 300), false);
@@ -252,21 +247,6 @@ TEST_F(AppBarTest, ADragFromAnEdgeToTheMiddleFloatsCentredOnTheCursor) {
     EXPECT_EQ(bar.Moving(QPoint(400, 598), false), QRect(0, 528, 1000, 32));
     bar.ExitSizeMove(QRect(0, 528, 1000, 32));
     EXPECT_EQ(bar.Edge(), TAppBar::EdgeBottom);
-}
-
-TEST_F(AppBarTest, TheTickersSettingsNeverOfferASizingBorder) {
-    ConfigureLikeTicker(bar);
-    bar.Extends(shell);
-    for (const int edge : {0, 1, 2, 3, 5}) {
-        bar.SetEdge(edge);
-        for (int code = TAppBar::HitLeft; code <= TAppBar::HitBottomRight; ++code) {
-            SCOPED_TRACE(testing::Message() << "edge " << edge << " code " << code);
-            EXPECT_EQ(bar.HitTest(code), TAppBar::HitBorder);
-        }
-        // The caption and client area are left alone.
-        EXPECT_EQ(bar.HitTest(2), 2);
-        EXPECT_EQ(bar.HitTest(1), 1);
-    }
 }
 
 } // namespace

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "TickerItems.h"
-
+#include "ticker/frmTickerView.h"
 #include "itembank/clsItemBank.h"
+#include "itembank/modItemHandler.h"
 #include "platform/XsltStylesheet.h"
 #include "skin/SkinTestSupport.h"
 #include "support/FakeHttpClient.h"
 #include "support/QStringPrinter.h"
 #include "support/RecordingDesktop.h"
-#include "ticker/frmTickerView.h"
 #include "views/GuardedBrowser.h"
 #include "views/ImageLoader.h"
 
@@ -27,10 +26,9 @@ protected:
           namespaceTransform(XsltStylesheet::Load(QStringLiteral(TAMSEL_BUILD_DATA_DIR "/tamselns.xsl"))) {
         fixture.Choose(QStringLiteral("Default"));
         fixture.skin.LoadSkin();
-        fixture.home.Write(QStringLiteral("profiles/Reader/items.xml"),
-                           ItemBankOf({{QStringLiteral("First story"), QStringLiteral("Body of First story")},
-                                       {QStringLiteral("Second story")}},
-                                      fixture.clock.Now().date()));
+        QFile items(QStringLiteral(TAMSEL_TEST_DATA_DIR "/items.xml"));
+        EXPECT_TRUE(items.open(QIODevice::ReadOnly));
+        fixture.home.Write(QStringLiteral("profiles/Reader/items.xml"), items.readAll());
         bank.init(QStringLiteral("Reader"));
     }
 
@@ -57,11 +55,11 @@ TEST_F(TickerViewTest, ShowingAnItemMarksItReadAndSlidesOpenToThePanelHeight) {
     const XmlNode item = bank.UnreadTodayList().front();
     view->ShowItem(item, QRect(100, 20, 600, 0));
     EXPECT_TRUE(IsItemRead(item));
-    EXPECT_EQ(bank.UnreadTodayList().size(), 1u);
-    EXPECT_EQ(reported, QStringList({QStringLiteral("First story")}));
+    EXPECT_EQ(bank.UnreadTodayList().size(), 4u);
+    EXPECT_EQ(reported, QStringList({QStringLiteral("Abc")}));
     QFile page(pagePath);
     ASSERT_TRUE(page.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(page.readAll().contains("Body of First story"));
+    EXPECT_TRUE(page.readAll().contains("Body of Abc"));
 
     int last = view->height();
     EXPECT_EQ(last, 0);
