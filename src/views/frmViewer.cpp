@@ -371,11 +371,7 @@ void frmViewer::FillRow(int row, int index) {
     m_flexItems->item(row, ColTitle)->setText(title);
     m_flexItems->item(row, ColTitle)->setToolTip(title);
     m_flexItems->item(row, ColDate)->setText(GetItemDate(item) + QStringLiteral("  ") + GetItemTime(item));
-    const bool flagged = IsItemFlagged(item);
-    m_flexItems->item(row, ColTag)
-        ->setIcon(IconOf(flagged ? skin.TreeIcon(QStringLiteral("flagged"))
-                                 : skin.GetListIcon(frmTamselSkin::ListIcon::NoTag)));
-    m_flexItems->item(row, ColTag)->setToolTip(flagged ? QStringLiteral("Tagged") : QStringLiteral("Tag"));
+    SetTagCell(row, IsItemFlagged(item));
     if (!GetItemLink(item).isEmpty()) {
         m_flexItems->item(row, ColLink)->setIcon(IconOf(skin.GetListIcon(frmTamselSkin::ListIcon::Link)));
         m_flexItems->item(row, ColLink)->setToolTip(GetItemLink(item));
@@ -464,11 +460,16 @@ void frmViewer::ToggleFlag(int row, int index) {
     const XmlNode& item = m_items.at(size_t(index));
     const bool flagged = !IsItemFlagged(item);
     SetChildText(item, QStringLiteral("flag"), flagged ? kTrue : kFalse);
-    const frmTamselSkin& skin = m_services.skin;
-    m_flexItems->item(row, ColTag)
-        ->setIcon(IconOf(flagged ? skin.TreeIcon(QStringLiteral("flagged"))
-                                 : skin.GetListIcon(frmTamselSkin::ListIcon::NoTag)));
+    SetTagCell(row, flagged);
     ReportStates(item, {FolderKey::Flagged});
+}
+
+void frmViewer::SetTagCell(int row, bool flagged) {
+    const frmTamselSkin& skin = m_services.skin;
+    QTableWidgetItem* cell = m_flexItems->item(row, ColTag);
+    cell->setIcon(IconOf(flagged ? skin.TreeIcon(QStringLiteral("flagged"))
+                                 : skin.GetListIcon(frmTamselSkin::ListIcon::NoTag)));
+    cell->setToolTip(flagged ? QStringLiteral("Tagged") : QStringLiteral("Tag"));
 }
 
 void frmViewer::ToggleDelete(int row, int index) {

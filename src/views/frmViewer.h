@@ -143,6 +143,8 @@ private:
     bool Render(int index);
     void ReportStates(const XmlNode& item, std::initializer_list<QString> folders);
     void ToggleFlag(int row, int index);
+    // The tag column's picture and tooltip follow the item's tag.
+    void SetTagCell(int row, bool flagged);
     void ToggleDelete(int row, int index);
     void OpenProperties(int index);
     void MoveCurrent(int step);

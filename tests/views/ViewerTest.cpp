@@ -242,6 +242,7 @@ TEST_F(ViewerTest, RowIconsMarkItemsAndTheFiltersFollow) {
     viewer.flexItems_Click(2, ColDelete);
     EXPECT_TRUE(IsItemFlagged(viewer.Items().at(2)) && IsItemDeleted(viewer.Items().at(3)));
     EXPECT_NE(CellIcon(viewer, 4, ColTag), untagged);
+    EXPECT_EQ(viewer.flexItems()->item(4, ColTag)->toolTip(), u"Tagged"_s);
     EXPECT_NE(CellIcon(viewer, 2, ColDelete), kept);
     // The hidden column and rows do nothing; a deleted item stays in view until a reload.
     viewer.flexItems_Click(0, ColHidden);
@@ -261,6 +262,7 @@ TEST_F(ViewerTest, RowIconsMarkItemsAndTheFiltersFollow) {
     EXPECT_EQ(CellIcon(viewer, 2, ColDelete), kept);
     viewer.flexItems_Click(4, ColTag);
     EXPECT_EQ(CellIcon(viewer, 4, ColTag), untagged);
+    EXPECT_EQ(viewer.flexItems()->item(4, ColTag)->toolTip(), u"Tag"_s);
     EXPECT_FALSE(IsItemFlagged(viewer.Items().at(2)));
 }
 
