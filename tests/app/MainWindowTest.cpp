@@ -19,6 +19,7 @@
 #include "skin/frmSkin.h"
 #include "support/EventPump.h"
 #include "support/FocusChain.h"
+#include "support/QStringPrinter.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 #include "ticker/frmTicker.h"
@@ -96,12 +97,13 @@ template <typename T> T* TopLevel() {
     return nullptr;
 }
 
-// Visible entries of a menu, by caption, joined by bars.
+// Visible entries of a menu, by caption (a checked one marked by a star), joined by bars.
 QString Shown(const QMenu& menu) {
     QStringList shown;
     for (const QAction* action : menu.actions()) {
         if (action->isVisible()) {
-            shown.append(action->isSeparator() ? u"-"_s : action->text());
+            shown.append((action->isChecked() ? u"*"_s : QString()) +
+                         (action->isSeparator() ? u"-"_s : action->text()));
         }
     }
     return shown.join(u'|');
@@ -145,6 +147,16 @@ protected:
         Tree().setFocus();
         Tree().setCurrentItem(Node(key));
         ASSERT_NE(Tree().currentItem(), nullptr) << key.toStdString();
+    }
+    // The window at a glance: shown, asked to end, its profile, its menu bar, maximised, kept on top.
+    QString State() {
+        const clsProfile* profile = window->ActiveProfile();
+        return u"shown=%1 ending=%2 profile=%3 menus=%4 max=%5 top=%6"_s.arg(int(window->isVisible()))
+            .arg(int(window->ExitRequested()))
+            .arg(profile ? profile->Name() : u"-"_s)
+            .arg(int(window->MenuBar()->isVisible()))
+            .arg(int(window->isMaximized()))
+            .arg(int(window->windowFlags().testFlag(Qt::WindowStaysOnTopHint)));
     }
     bool Ended(QSignalSpy& unloaded) {
         return PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs);
@@ -277,7 +289,7 @@ TEST_F(MainWindowTest, TheDeleteKeyAsksRefusesOrDoesNothingByNode) {
     }
 }
 
-TEST_F(MainWindowTest, TheMenusReadAsWrittenAndThePopupShowsTheEntriesOfTheNode) {
+TEST_F(MainWindowTest, TheMenusReadAsWrittenThePopupShowsTheEntriesOfTheNodeAndChannelCommandsNeedAChannel) {
     Start();
     const QList<QAction*> bar = window->MenuBar()->actions();
     ASSERT_GE(bar.size(), 3);
@@ -306,6 +318,45 @@ TEST_F(MainWindowTest, TheMenusReadAsWrittenAndThePopupShowsTheEntriesOfTheNode)
         actions.hide();
         QCoreApplication::processEvents();
         EXPECT_EQ(Shown(actions), fixed);
+    }
+    RSSChannel& channel = Channel(kFeed);
+    channel.SetNewItems(true);
+    // Fetching, or done with a check: the reload timer then waits far longer than for a first check.
+    const auto checked = [](const RSSChannel& fetched) {
+        return fetched.Busy() || fetched.ReloadInterval() >= RSSChannel::kMinuteMs;
+    };
+    // What the entry said, then: kFeed new, kFeed and kOther checked, the properties window and kFeed's
+    // viewer open, the nodes of Science and of kFeed in it there.
+    const auto after = [&](const QString& entry) -> QString {
+        const QString said = Choose(actions, entry).join(u'|');
+        return said + u" new=%1 checked=%2%3 props=%4 viewer=%5 nodes=%6%7"_s.arg(int(channel.NewItems()))
+                          .arg(int(checked(channel)))
+                          .arg(int(checked(Channel(kOther))))
+                          .arg(int(TopLevel<frmProperties>() != nullptr))
+                          .arg(int(window->Viewer(channel) != nullptr))
+                          .arg(int(Node(u"Science"_s) != nullptr))
+                          .arg(int(Node(u"Science|"_s + kFeed) != nullptr));
+    };
+    // Channel entries on a group's node and group entries on a channel's node do nothing.
+    const QString feed = u"Science|"_s + kFeed;
+    const std::tuple<QString, QString, QString> steps[] = {
+        {u"Science"_s, u"&Mark All Read"_s, u" new=1 checked=00 props=0 viewer=0 nodes=11"_s},
+        {u"Science"_s, u"R&eload Channel"_s, u" new=1 checked=00 props=0 viewer=0 nodes=11"_s},
+        {u"Science"_s, u"&Properties..."_s, u" new=1 checked=00 props=0 viewer=0 nodes=11"_s},
+        {u"Science"_s, u"Re&move Channel"_s, u" new=1 checked=00 props=0 viewer=0 nodes=11"_s},
+        {u"Science"_s, u"&Delete Group"_s,
+         u"Group not empty. Remove Channels before removing Group."_s
+         u" new=1 checked=00 props=0 viewer=0 nodes=11"_s},
+        {feed, u"&Delete Group"_s, u" new=1 checked=00 props=0 viewer=0 nodes=11"_s},
+        {feed, u"&Mark All Read"_s, u" new=0 checked=00 props=0 viewer=0 nodes=11"_s},
+        {u"Science"_s, u"&View Channels in Group"_s, u" new=0 checked=00 props=0 viewer=1 nodes=11"_s},
+        {feed, u"&Properties..."_s, u" new=0 checked=00 props=1 viewer=1 nodes=11"_s},
+        {feed, u"R&eload Channel"_s, u" new=0 checked=10 props=1 viewer=1 nodes=11"_s},
+        {feed, u"&Reload All Channels"_s, u" new=0 checked=11 props=1 viewer=1 nodes=11"_s},
+    };
+    for (const auto& [node, entry, expected] : steps) {
+        Select(node);
+        EXPECT_EQ(after(entry), expected) << node.toStdString() << " " << entry.toStdString();
     }
 }
 
@@ -393,12 +444,11 @@ TEST_F(MainWindowTest, ExitFromTheTraySavesEverythingAndEndsAfterTheMenuCloses) 
     QMenu& tray = *window->TrayMenu();
     tray.popup(QPoint(10, 10));
     Entry(tray, u"E&xit"_s)->trigger();
-    EXPECT_TRUE(window->ExitRequested());
-    EXPECT_NE(window->ActiveProfile(), nullptr) << "nothing goes while the menu is open";
+    EXPECT_EQ(State(), u"shown=1 ending=1 profile=Ana menus=0 max=0 top=0"_s)
+        << "nothing goes while the menu is open";
     tray.hide();
     ASSERT_TRUE(Ended(unloaded));
-    EXPECT_EQ(window->ActiveProfile(), nullptr);
-    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(State(), u"shown=0 ending=1 profile=- menus=0 max=0 top=0"_s);
     for (const QString& file : files) {
         EXPECT_TRUE(QFile::exists(home.File(file))) << file.toStdString();
     }
@@ -415,9 +465,7 @@ TEST_F(MainWindowTest, AnEndThatCannotSaveAsksAndStaysOnCancel) {
     QStringList said = Answered([this] { window->ShutDown(); }, {QMessageBox::Cancel});
     ASSERT_EQ(said.size(), 1);
     EXPECT_TRUE(said[0].startsWith(u"Tamsel could not save:"_s)) << said[0].toStdString();
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_FALSE(window->ExitRequested());
-    EXPECT_NE(window->ActiveProfile(), nullptr);
+    EXPECT_EQ(State(), u"shown=1 ending=0 profile=Ana menus=0 max=0 top=0"_s);
     said = Answered([&] { window->ShutDown(); }, {QMessageBox::Retry, QMessageBox::Discard});
     EXPECT_EQ(said.size(), 2) << "Retry tries again";
     EXPECT_TRUE(Ended(unloaded));
@@ -430,12 +478,11 @@ TEST_F(MainWindowTest, TheCloseControlHidesToTheTrayOrEndsWithoutOne) {
         Start(true, tray);
         QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
         window->SkinHandler(u"close"_s);
-        EXPECT_FALSE(window->isVisible());
-        EXPECT_EQ(window->ExitRequested(), !tray);
+        EXPECT_EQ(State(), tray ? u"shown=0 ending=0 profile=Ana menus=0 max=0 top=0"_s
+                                : u"shown=0 ending=1 profile=- menus=0 max=0 top=0"_s);
         if (tray) {
             window->ShowAndRaise();
-            EXPECT_TRUE(window->isVisible());
-            EXPECT_NE(window->ActiveProfile(), nullptr);
+            EXPECT_EQ(State(), u"shown=1 ending=0 profile=Ana menus=0 max=0 top=0"_s);
         } else {
             EXPECT_TRUE(Ended(unloaded));
         }
@@ -447,21 +494,21 @@ TEST_F(MainWindowTest, TheCloseControlHidesToTheTrayOrEndsWithoutOne) {
 
 TEST_F(MainWindowTest, TheFrameFollowsTheWindowControlsAndPreferencesLeftWithCancelStoreNothing) {
     Start();
-    EXPECT_FALSE(window->MenuBar()->isVisible()) << "a skinned window starts without its frame";
-    for (const bool framed : {true, false}) {
-        window->SkinHandler(u"windowframe"_s);
-        EXPECT_EQ(window->MenuBar()->isVisible(), framed);
-    }
-    // Maximising a frameless window gains the frame and the menus first.
-    window->SkinHandler(u"max"_s);
-    EXPECT_TRUE(window->MenuBar()->isVisible());
-    EXPECT_TRUE(window->isMaximized());
-    window->SkinHandler(u"max"_s);
-    EXPECT_FALSE(window->isMaximized());
+    EXPECT_EQ(State(), u"shown=1 ending=0 profile=Ana menus=0 max=0 top=0"_s)
+        << "a skinned window starts frameless";
     QAction* onTop = Entry(*window->FileMenu(), u"Always On &Top"_s);
-    for (const bool on : {true, false}) {
-        onTop->trigger();
-        EXPECT_EQ(window->windowFlags().testFlag(Qt::WindowStaysOnTopHint), on);
+    // Maximising a frameless window gains the frame and the menus first.
+    const std::pair<std::function<void()>, QString> steps[] = {
+        {[this] { window->SkinHandler(u"windowframe"_s); }, u"menus=1 max=0 top=0"_s},
+        {[this] { window->SkinHandler(u"windowframe"_s); }, u"menus=0 max=0 top=0"_s},
+        {[this] { window->SkinHandler(u"max"_s); }, u"menus=1 max=1 top=0"_s},
+        {[this] { window->SkinHandler(u"max"_s); }, u"menus=1 max=0 top=0"_s},
+        {[onTop] { onTop->trigger(); }, u"menus=1 max=0 top=1"_s},
+        {[onTop] { onTop->trigger(); }, u"menus=1 max=0 top=0"_s},
+    };
+    for (const auto& [step, state] : steps) {
+        step();
+        EXPECT_EQ(State(), u"shown=1 ending=0 profile=Ana "_s + state);
     }
     EXPECT_TRUE(WithModal<frmPreferences>([this] { Choose(*window->FileMenu(), u"P&references..."_s); },
                                           [](frmPreferences& dialog) {
@@ -471,68 +518,7 @@ TEST_F(MainWindowTest, TheFrameFollowsTheWindowControlsAndPreferencesLeftWithCan
     EXPECT_EQ(runtime.Settings().GetSetting(u"PREF"_s, u"ALERT"_s, u"unset"_s), u"unset"_s);
 }
 
-TEST_F(MainWindowTest, GroupNamesAreCheckedBeforeAnythingChanges) {
-    Start();
-    const QString exists = u"Group already exists.  Please select another name."_s;
-    const std::tuple<std::function<bool()>, bool, QString> cases[] = {
-        {[this] { return window->AddGroup(u"  "_s); }, false, u"Please enter a group name."_s},
-        {[this] { return window->AddGroup(u"Science"_s); }, false, exists},
-        {[this] { return window->AddGroup(u" News "_s); }, true, QString()},
-        {[this] { return window->RenameGroup(u"Science"_s, u"Science"_s); }, true, QString()},
-        {[this] { return window->RenameGroup(u"Science"_s, u"Empty"_s); }, false, exists},
-        {[this] { return window->RenameGroup(u"Science"_s, u" "_s); }, false, u"Please enter a Group Name"_s},
-        {[this] { return window->RenameGroup(u"Science"_s, u"Physics"_s); }, true, QString()},
-    };
-    for (size_t i = 0; i < std::size(cases); ++i) {
-        const auto& [command, accepted, message] = cases[i];
-        bool done = !accepted;
-        EXPECT_EQ(Answered([&] { done = command(); }).join(u'|'), message) << "case " << i;
-        EXPECT_EQ(done, accepted) << "case " << i;
-    }
-    EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("<title>News</title>"))
-        << "a new group is saved";
-    EXPECT_EQ(window->ActiveProfile()->GetGroup(u"Science"_s), nullptr);
-    EXPECT_NE(Node(u"Physics|"_s + kFeed), nullptr) << "the tree shows the renamed group with its channel";
-    EXPECT_NE(Node(u"News"_s), nullptr);
-}
-
-TEST_F(MainWindowTest, ChannelCommandsNeedAChannelAndGroupCommandsAGroup) {
-    Start();
-    RSSChannel& channel = Channel(kFeed);
-    channel.SetNewItems(true);
-    QMenu& actions = *window->ActionsMenu();
-    // Fetching, or done with a check: the reload timer then waits far longer than for a first check.
-    const auto checked = [](const RSSChannel& fetched) {
-        return fetched.Busy() || fetched.ReloadInterval() >= RSSChannel::kMinuteMs;
-    };
-    Select(u"Science"_s);
-    for (const QString& entry :
-         {u"&Mark All Read"_s, u"R&eload Channel"_s, u"&Properties..."_s, u"Re&move Channel"_s}) {
-        EXPECT_EQ(Choose(actions, entry), QStringList()) << entry.toStdString();
-    }
-    EXPECT_TRUE(channel.NewItems());
-    EXPECT_FALSE(checked(channel) || checked(Channel(kOther)));
-    EXPECT_EQ(TopLevel<frmProperties>(), nullptr);
-    EXPECT_NE(Node(u"Science|"_s + kFeed), nullptr);
-    EXPECT_EQ(Choose(actions, u"&Delete Group"_s),
-              QStringList{u"Group not empty. Remove Channels before removing Group."_s});
-    Choose(actions, u"&View Channels in Group"_s);
-    EXPECT_NE(window->Viewer(channel), nullptr);
-
-    Select(u"Science|"_s + kFeed);
-    Choose(actions, u"&Delete Group"_s);
-    EXPECT_NE(Node(u"Science"_s), nullptr) << "a channel's node deletes no group";
-    Choose(actions, u"&Mark All Read"_s);
-    EXPECT_FALSE(channel.NewItems());
-    Choose(actions, u"&Properties..."_s);
-    EXPECT_NE(TopLevel<frmProperties>(), nullptr);
-    Choose(actions, u"R&eload Channel"_s);
-    EXPECT_TRUE(checked(channel));
-    Choose(actions, u"&Reload All Channels"_s);
-    EXPECT_TRUE(checked(Channel(kOther)));
-}
-
-TEST_F(MainWindowTest, TheChannelDialogsOpenOnTheSelectedGroup) {
+TEST_F(MainWindowTest, TheChannelDialogsOpenOnTheSelectedGroupAndGroupNamesAreCheckedBeforeAnythingChanges) {
     Start();
     // A folder belongs to a group that the dialog never offers: the profile's last group instead.
     const std::pair<QString, QString> selections[] = {{u"Science|"_s + kFeed, u"Science"_s},
@@ -557,6 +543,27 @@ TEST_F(MainWindowTest, TheChannelDialogsOpenOnTheSelectedGroup) {
     ASSERT_NE(TopLevel<frmAddGroup>(), nullptr);
     EXPECT_EQ(TopLevel<frmAddGroup>()->txtGroup()->text(), u"Science"_s);
     TopLevel<frmAddGroup>()->close();
+    const QString exists = u"Group already exists.  Please select another name."_s;
+    const std::tuple<std::function<bool()>, bool, QString> cases[] = {
+        {[this] { return window->AddGroup(u"  "_s); }, false, u"Please enter a group name."_s},
+        {[this] { return window->AddGroup(u"Science"_s); }, false, exists},
+        {[this] { return window->AddGroup(u" News "_s); }, true, QString()},
+        {[this] { return window->RenameGroup(u"Science"_s, u"Science"_s); }, true, QString()},
+        {[this] { return window->RenameGroup(u"Science"_s, u"Empty"_s); }, false, exists},
+        {[this] { return window->RenameGroup(u"Science"_s, u" "_s); }, false, u"Please enter a Group Name"_s},
+        {[this] { return window->RenameGroup(u"Science"_s, u"Physics"_s); }, true, QString()},
+    };
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        const auto& [command, accepted, message] = cases[i];
+        bool done = !accepted;
+        EXPECT_EQ(Answered([&] { done = command(); }).join(u'|'), message) << "case " << i;
+        EXPECT_EQ(done, accepted) << "case " << i;
+    }
+    EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("<title>News</title>"))
+        << "a new group is saved";
+    EXPECT_EQ(window->ActiveProfile()->GetGroup(u"Science"_s), nullptr);
+    EXPECT_NE(Node(u"Physics|"_s + kFeed), nullptr) << "the tree shows the renamed group with its channel";
+    EXPECT_NE(Node(u"News"_s), nullptr);
 }
 
 // Right after the start, as a reader who switches at once.
@@ -565,28 +572,19 @@ TEST_F(MainWindowTest, TheProfileMenuListsEveryProfileAndSwitches) {
     window->Users()->AddUser(u"Bob & Co"_s, false, true);
     window->LoadProfileMenu();
     QMenu& profiles = *window->ProfileMenu();
-    const auto marked = [&profiles] {
-        QStringList shown;
-        for (const QAction* entry : profiles.actions()) {
-            if (entry->isVisible()) {
-                shown.append((entry->isChecked() ? u"*"_s : QString()) +
-                             (entry->isSeparator() ? u"-"_s : entry->text()));
-            }
-        }
-        return shown.join(u'|');
-    };
-    EXPECT_EQ(marked(), u"*Ana|Bob && Co|-|&New Profile..."_s);
+    EXPECT_EQ(Shown(profiles), u"*Ana|Bob && Co|-|&New Profile..."_s);
     profiles.actions().at(1)->trigger();
     ASSERT_TRUE(PumpUntil(
         [this] { return window->ActiveProfile() && window->ActiveProfile()->Name() == u"Bob & Co"_s; },
         kPumpLimitMs));
     window->LoadProfileMenu();
-    EXPECT_EQ(marked(), u"Ana|*Bob && Co|-|&New Profile..."_s);
+    EXPECT_EQ(Shown(profiles), u"Ana|*Bob && Co|-|&New Profile..."_s);
     EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Science"))
         << "the switch saved the old profile";
 }
 
-TEST_F(MainWindowTest, TheHelpEntriesOpenTheHelpChannelTheWebsiteAndTheAboutBox) {
+TEST_F(MainWindowTest,
+       TheHelpEntriesOpenTheHelpChannelTheWebsiteAndTheAboutBoxExportAndSkinChoiceActUnlessCancelled) {
     Start();
     RSSChannel& help = Channel(runtime.Site().HelpURL());
     ASSERT_EQ(window->Viewer(help), nullptr);
@@ -632,10 +630,6 @@ TEST_F(MainWindowTest, TheHelpEntriesOpenTheHelpChannelTheWebsiteAndTheAboutBox)
     about->show();
     about->SkinHandler(u"close"_s);
     EXPECT_FALSE(about->isVisible());
-}
-
-TEST_F(MainWindowTest, ExportAndSkinChoiceActUnlessCancelled) {
-    Start();
     const QString file = home.File(u"export.opml"_s);
     for (const bool accept : {false, true}) {
         SCOPED_TRACE(accept);
@@ -685,7 +679,8 @@ TEST_F(MainWindowTest, TheAboutCreditsFadeInScrollUpAndStopThenStartAgainFromThe
     }
 }
 
-TEST_F(MainWindowTest, PreferencesCancelStoresNothingOkWritesTheSwitchesAndTheStartEntryThenRemovesIt) {
+TEST_F(MainWindowTest,
+       PreferencesCancelStoresNothingOkWritesTheSwitchesAndTheStartEntryThenRemovesItADarkSkinDarkensThem) {
     skin.LoadSkin();
     CRegSettings& settings = runtime.Settings();
     const QString autostart = home.GetPaths().AutostartFolder() + u"/tamsel.desktop"_s;
@@ -726,15 +721,12 @@ TEST_F(MainWindowTest, PreferencesCancelStoresNothingOkWritesTheSwitchesAndTheSt
     QTest::mouseClick(again.chkRunStartup(), Qt::LeftButton);
     QTest::mouseClick(again.cmdOk(), Qt::LeftButton);
     EXPECT_FALSE(QFile::exists(autostart));
-}
-
-TEST_F(MainWindowTest, ADarkSkinGivesADarkPreferencesDialog) {
-    frmPreferences dialog(runtime.Settings(), skin);
-    runtime.Settings().SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
+    // A dark skin gives a dark dialog.
+    settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
     skin.LoadSkin();
-    const QColor window = dialog.palette().color(QPalette::Window);
-    EXPECT_EQ(window, SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)));
-    EXPECT_LT(window.lightness(), 128);
+    const QColor back = again.palette().color(QPalette::Window);
+    EXPECT_EQ(back, SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)));
+    EXPECT_LT(back.lightness(), 128);
 }
 
 } // namespace

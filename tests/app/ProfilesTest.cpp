@@ -44,12 +44,15 @@ protected:
         return loaded.count() == 1;
     }
     bool Load(const QByteArray& xml) { return Load(xml, profiles); }
-    static QStringList Names(const colProfiles& list) {
-        QStringList names;
+    // Each profile's name, after a star when it is the default and a tilde when it is offline.
+    static QString List(const colProfiles& list) {
+        QStringList shown;
         for (int i = 1; i <= list.UserCount(); ++i) {
-            names.append(list.User(i)->Name());
+            const clsProfile* user = list.User(i);
+            shown.append((user->Default() ? u"*"_s : QString()) + (user->Offline() ? u"~"_s : QString()) +
+                         user->Name());
         }
-        return names;
+        return shown.join(u' ');
     }
 
     TestHome home;
@@ -66,10 +69,8 @@ TEST_F(ProfilesTest, TheReaderIsTolerant) {
     QFile tolerant(QStringLiteral(TAMSEL_TEST_DATA_DIR "/profiles-tolerant.xml"));
     ASSERT_TRUE(tolerant.open(QIODevice::ReadOnly));
     ASSERT_TRUE(Load(tolerant.readAll()));
-    EXPECT_EQ(Names(profiles), (QStringList{u"Ann"_s, u"Bob"_s, u"Cy"_s}));
-    EXPECT_TRUE(profiles.GetUser(u"Ann"_s)->Offline());
-    EXPECT_FALSE(profiles.GetUser(u"Ann"_s)->Default()) << "the second Ann was dropped";
-    EXPECT_FALSE(profiles.GetUser(u"Bob"_s)->Default()) << "\"True\" is not true";
+    // The second Ann was dropped; "True" is not true.
+    EXPECT_EQ(List(profiles), u"~Ann Bob *Cy"_s);
     EXPECT_EQ(profiles.GetDefaultUser()->Name(), u"Cy"_s);
     EXPECT_EQ(profiles.GetUser(u"ann"_s), nullptr);
     EXPECT_FALSE(profiles.UserExists(u"ANN"_s));
@@ -105,29 +106,26 @@ TEST_F(ProfilesTest, WithoutADefaultTheFirstBecomesItAndANewDefaultClearsTheOthe
     ASSERT_TRUE(
         Load("<tamselprofiles><user><username>Ann</username></user><user><username>Bob</username></user>"
              "</tamselprofiles>"));
-    EXPECT_FALSE(profiles.User(1)->Default());
+    EXPECT_EQ(List(profiles), u"Ann Bob"_s);
     EXPECT_EQ(profiles.GetDefaultUser()->Name(), u"Ann"_s);
-    EXPECT_TRUE(profiles.User(1)->Default());
+    EXPECT_EQ(List(profiles), u"*Ann Bob"_s);
     profiles.SetDefault(u"Bob"_s);
     EXPECT_EQ(profiles.GetDefaultUser()->Name(), u"Bob"_s);
-    EXPECT_FALSE(profiles.User(1)->Default());
 
     home.Write(u"profiles/Cy/keep.txt"_s, "x");
-    clsProfile* cy = profiles.AddUser(u"Cy"_s, false, false);
-    EXPECT_TRUE(profiles.GetUser(u"Bob"_s)->Default());
+    profiles.AddUser(u"Cy"_s, false, false);
+    EXPECT_EQ(List(profiles), u"Ann *Bob Cy"_s);
     EXPECT_EQ(home.Read(u"profiles/Cy/keep.txt"_s), QByteArray("x")) << "an existing folder is kept as it is";
     clsProfile* dee = profiles.AddUser(u"Dee"_s, true, true);
     EXPECT_TRUE(QFileInfo(home.File(u"profiles/Dee"_s)).isDir());
     EXPECT_EQ(dee->Folder(), home.File(u"profiles/Dee"_s));
-    EXPECT_EQ((QList<bool>{profiles.GetUser(u"Bob"_s)->Default(), cy->Default(), dee->Default(),
-                           dee->Offline(), dee->Active()}),
-              (QList<bool>{false, false, true, true, false}));
+    EXPECT_EQ(List(profiles), u"Ann Bob Cy *~Dee"_s);
+    EXPECT_FALSE(dee->Active());
 }
 
 TEST_F(ProfilesTest, AnEmptyListLoadsAndSaveAllXmlWritesTheExactBytesAndReadsBack) {
     ASSERT_TRUE(Load("<tamselprofiles/>"));
-    EXPECT_EQ(profiles.UserCount(), 0);
-    EXPECT_EQ(profiles.GetDefaultUser(), nullptr);
+    EXPECT_EQ(profiles.GetDefaultUser(), nullptr) << "nor any profile";
     profiles.AddUser(u"Ann & Co"_s, false, true);
     profiles.AddUser(u"Bob"_s, true, false);
     ASSERT_TRUE(profiles.SaveAllXML());
@@ -137,8 +135,7 @@ TEST_F(ProfilesTest, AnEmptyListLoadsAndSaveAllXmlWritesTheExactBytesAndReadsBac
                    "<user><username>Bob</username><default>true</default></user></tamselprofiles>\n"));
     colProfiles again(services, host);
     ASSERT_TRUE(Load(QByteArray(), again));
-    EXPECT_EQ(Names(again), (QStringList{u"Ann & Co"_s, u"Bob"_s}));
-    EXPECT_EQ(again.GetDefaultUser()->Name(), u"Bob"_s);
+    EXPECT_EQ(List(again), u"~Ann & Co *Bob"_s);
 }
 
 // Activation lets pending events run between its steps; whatever they do to the profile (a window
@@ -148,9 +145,7 @@ TEST_F(ProfilesTest, ReleasedDuringActivationItStopsAndCanStartAgainDestroyedNot
     profile->SetName(u"Ann"_s);
     QTimer::singleShot(0, profile.get(), [&profile] { profile->Deactivate(); });
     EXPECT_FALSE(profile->SetUserActive());
-    EXPECT_FALSE(profile->Active());
-    EXPECT_EQ(profile->ItemBank(), nullptr);
-    EXPECT_EQ(profile->Channels(), nullptr);
+    EXPECT_FALSE(profile->Active() || profile->ItemBank() || profile->Channels());
     EXPECT_TRUE(profile->SetUserActive());
     EXPECT_TRUE(profile->SetUserActive()) << "activating an active profile changes nothing";
     EXPECT_NE(profile->GetGroup(u"Tamsel"_s), nullptr);
