@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ItemFormatter.h"
+#include "DataRows.h"
 #include "platform/XmlDocument.h"
 #include "support/QStringPrinter.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <gtest/gtest.h>
@@ -26,17 +26,12 @@ XmlDocument Item(const QString& children, const QString& flags = u"U.."_s) {
 }
 
 TEST(ItemFormatterTest, ItemsComeOutAsTheTableSays) {
-    QFile table(QStringLiteral(TAMSEL_TEST_DATA_DIR "/item-formatter.txt"));
-    ASSERT_TRUE(table.open(QIODevice::ReadOnly | QIODevice::Text));
-    int rows = 0;
-    for (const QString& row : QString::fromUtf8(table.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
-        const QStringList cells = row.split(u" | "_s);
-        if (row.startsWith(u'#') || cells.size() != 4) {
-            EXPECT_TRUE(row.startsWith(u'#')) << row.toStdString();
-            continue;
-        }
+    const QStringList rows = DataRows("item-formatter.txt");
+    EXPECT_EQ(rows.size(), 10);
+    for (const QString& row : rows) {
         SCOPED_TRACE(row.toStdString());
-        ++rows;
+        const QStringList cells = row.split(u" | "_s);
+        ASSERT_EQ(cells.size(), 4);
         const XmlDocument doc = Item(cells[2], cells[1]);
         const XmlNode item = doc.DocumentElement();
         const QString what = cells[0].section(u' ', 0, 0);
@@ -48,18 +43,6 @@ TEST(ItemFormatterTest, ItemsComeOutAsTheTableSays) {
                                                : ItemFormatter::Flags(item);
         EXPECT_EQ(out, QString(cells[3]).replace(u"\\n"_s, u"\n"_s));
     }
-    EXPECT_EQ(rows, 6);
-}
-
-TEST(ItemFormatterTest, LongTitlesAreCutAndControlsNeverReachTheTerminal) {
-    const QString exact(128, u'a');
-    EXPECT_EQ(ItemFormatter::ListTitle(Item(u"<title>"_s + exact + u"</title>"_s).DocumentElement()), exact);
-    EXPECT_EQ(
-        ItemFormatter::ListTitle(Item(u"<title>"_s + QString(130, u'b') + u"</title>"_s).DocumentElement()),
-        QString(125, u'b') + u"..."_s);
-    // C1 controls (CSI) pass an XML parser; they never reach the terminal.
-    EXPECT_EQ(ItemFormatter::ListTitle(Item(u"<title>line\none\u009b2J\u202E</title>"_s).DocumentElement()),
-              u"line one2J"_s);
 }
 
 TEST(ItemFormatterTest, JsonStringsEscapeWhatMustBeEscaped) {
@@ -75,19 +58,12 @@ TEST(ItemFormatterTest, JsonStringsEscapeWhatMustBeEscaped) {
               all);
 }
 
-TEST(ItemFormatterTest, PagesRunFromTheNewest) {
-    // {items, page, first, last}; a last of -1: no such page.
-    const int cases[][4] = {{120, 1, 119, 70}, {120, 2, 69, 20}, {120, 3, 19, 0}, {120, 4, 0, -1},
-                            {51, 2, 0, 0},     {100, 2, 49, 0},  {0, 1, 0, -1},   {10, 0, 0, -1}};
-    for (const auto& [count, page, first, last] : cases) {
-        SCOPED_TRACE(testing::Message() << count << " items, page " << page);
-        qsizetype bounds[2] = {-1, -1};
-        ASSERT_EQ(ItemFormatter::PageBounds(count, page, &bounds[0], &bounds[1]), last >= 0);
-        if (last >= 0) {
-            EXPECT_EQ(std::pair(bounds[0], bounds[1]), std::pair(qsizetype(first), qsizetype(last)));
-        }
-    }
-    EXPECT_EQ(ItemFormatter::PageCount(120), 3);
+// The sessions page through lists; a page before the first, or of an empty list, does not exist.
+TEST(ItemFormatterTest, NoPageBeforeTheFirstNorOfAnEmptyList) {
+    qsizetype first = 0;
+    qsizetype last = 0;
+    EXPECT_FALSE(ItemFormatter::PageBounds(10, 0, &first, &last));
+    EXPECT_FALSE(ItemFormatter::PageBounds(0, 1, &first, &last));
     EXPECT_EQ(ItemFormatter::PageCount(0), 0);
 }
 

@@ -13,11 +13,16 @@ namespace {
 
 class SettingsTest : public ::testing::Test {
 protected:
-    QString Get(const QString& section, const QString& key, const QString& fallback = u"d"_s) {
-        return settings.GetSetting(section, key, fallback);
-    }
     bool Save(const QString& section, const QString& key, const QString& value) {
         return settings.SaveSetting(section, key, value);
+    }
+    // The values `from` reads for the keys ("Section/Key" each), joined by '|'; "d" when missing.
+    static QString Values(CRegSettings& from, const QStringList& keys) {
+        QStringList values;
+        for (const QString& key : keys) {
+            values.append(from.GetSetting(key.section(u'/', 0, 0), key.section(u'/', 1), u"d"_s));
+        }
+        return values.join(u'|');
     }
 
     TestHome home;
@@ -29,37 +34,32 @@ protected:
 // second reader sees the values and later changes of the first; an empty value reads as missing.
 // Deleting takes a value, or a section with those below it.
 TEST_F(SettingsTest, ValuesRoundTripCaseBlindAndSurviveANewReader) {
-    EXPECT_EQ(Get(u"SETTINGS"_s, u"SKINNAME"_s, u"Default"_s), u"Default"_s);
     ASSERT_TRUE(Save(u"SETTINGS"_s, u"SKINNAME"_s, QString()));
-    EXPECT_EQ(Get(u"SETTINGS"_s, u"SKINNAME"_s), u"d"_s);
     ASSERT_TRUE(Save(u"Ticker"_s, u"Edge"_s, u"3"_s));
     ASSERT_TRUE(Save(u"Spotlight"_s, u"a=b [x]_lastmod"_s, u"Tue, 1 = 2\nline\\two"_s));
     ASSERT_TRUE(Save(u"AppBar"_s, u"*"_s, u"default value"_s));
     ASSERT_TRUE(Save(u"ticker"_s, u"EDGE"_s, u"2"_s));
     CRegSettings again(home.GetPaths());
-    EXPECT_EQ(again.GetSetting(u"TICKER"_s, u"edge"_s, QString()), u"2"_s);
-    EXPECT_EQ(again.GetSetting(u"Spotlight"_s, u"a=b [x]_lastmod"_s, QString()), u"Tue, 1 = 2\nline\\two"_s);
-    EXPECT_EQ(again.GetSetting(u"AppBar"_s, u"*"_s, QString()), u"default value"_s);
+    const QStringList keys{u"settings/SkinName"_s, u"TICKER/edge"_s, u"Spotlight/a=b [x]_lastmod"_s,
+                           u"AppBar/*"_s, u"Common/LastID"_s};
+    EXPECT_EQ(Values(again, keys), u"d|2|Tue, 1 = 2\nline\\two|default value|d"_s);
     ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2561"_s));
-    EXPECT_EQ(again.GetSetting(u"Common"_s, u"LastID"_s, QString()), u"2561"_s);
+    EXPECT_EQ(Values(again, {u"Common/LastID"_s}), u"2561"_s);
     EXPECT_TRUE(QFile::exists(home.File(file)));
 
     Save(u"AppBar"_s, u"Edge"_s, u"1"_s);
     Save(u"AppBar\\Inner"_s, u"X"_s, u"1"_s);
     EXPECT_TRUE(settings.DeleteSetting(u"AppBar"_s, u"edge"_s));
     EXPECT_FALSE(settings.DeleteSetting(u"AppBar"_s, u"edge"_s));
-    EXPECT_EQ(Get(u"AppBar"_s, u"Edge"_s), u"d"_s);
-    EXPECT_EQ(Get(u"AppBar"_s, u"*"_s), u"default value"_s);
+    const QStringList appBar{u"AppBar/Edge"_s, u"AppBar/*"_s, u"AppBar\\Inner/X"_s, u"Ticker/Edge"_s};
+    EXPECT_EQ(Values(settings, appBar), u"d|default value|1|2"_s);
     EXPECT_TRUE(settings.DeleteSetting(u"AppBar"_s, QString()));
-    EXPECT_EQ(Get(u"AppBar"_s, u"*"_s), u"d"_s);
-    EXPECT_EQ(Get(u"AppBar\\Inner"_s, u"X"_s), u"d"_s);
-    EXPECT_EQ(Get(u"Ticker"_s, u"Edge"_s), u"2"_s);
-    for (const char* text : {"True", "true", "-1"}) {
-        EXPECT_TRUE(CRegSettings::ToBool(QString::fromLatin1(text))) << text;
+    EXPECT_EQ(Values(settings, appBar), u"d|d|d|2"_s);
+    QString bools;
+    for (const char* text : {"True", "true", "-1", "False", "0", "yes"}) {
+        bools += CRegSettings::ToBool(QString::fromLatin1(text)) ? u'1' : u'0';
     }
-    for (const char* text : {"False", "0", "yes"}) {
-        EXPECT_FALSE(CRegSettings::ToBool(QString::fromLatin1(text))) << text;
-    }
+    EXPECT_EQ(bools, u"111000"_s);
 }
 
 // The system's start-up entry is an autostart file that names the program, and nothing else.
@@ -68,7 +68,7 @@ TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
     settings.SetAppName(u"Windows"_s);
     const QString run = u"CurrentVersion\\Run"_s;
     ASSERT_TRUE(Save(run, u"Tamsel"_s, u"/opt/tamsel/bin/tamsel"_s));
-    EXPECT_EQ(Get(run, u"Tamsel"_s), u"/opt/tamsel/bin/tamsel"_s);
+    EXPECT_EQ(Values(settings, {run + u"/Tamsel"_s}), u"/opt/tamsel/bin/tamsel"_s);
     const QByteArray desktop = home.Read(u"config/autostart/tamsel.desktop"_s);
     EXPECT_TRUE(desktop.startsWith("[Desktop Entry]\n"));
     EXPECT_TRUE(desktop.contains("\nExec=/opt/tamsel/bin/tamsel\n")) << desktop.toStdString();
@@ -79,7 +79,7 @@ TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
 
 TEST_F(SettingsTest, ADamagedFileIsKeptAsideBeforeItIsRewritten) {
     home.Write(file, "[PREF]\nALERT=False\n\x01garbage line without equals\n");
-    EXPECT_EQ(Get(u"PREF"_s, u"ALERT"_s), u"False"_s);
+    EXPECT_EQ(Values(settings, {u"PREF/ALERT"_s}), u"False"_s);
     ASSERT_TRUE(Save(u"PREF"_s, u"ALERT"_s, u"True"_s));
     const QStringList aside = QDir(home.File(u"config/Orvane"_s)).entryList({u"Tamsel.conf.damaged-*"_s});
     ASSERT_EQ(aside.size(), 1);
@@ -92,6 +92,7 @@ TEST_F(SettingsTest, ADamagedFileIsKeptAsideBeforeItIsRewritten) {
 TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) {
     ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2560"_s));
     const QByteArray before = home.Read(file);
+    const QStringList keys{u"Common/LastID"_s, u"PREF/ALERT"_s};
     {
         CRegSettings::DeferredWrites outer(settings);
         {
@@ -101,16 +102,13 @@ TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) 
             }
             EXPECT_TRUE(inner.End());
         }
-        EXPECT_EQ(Get(u"Common"_s, u"LastID"_s), u"2600"_s);
+        EXPECT_EQ(Values(settings, keys), u"2600|d"_s);
         EXPECT_EQ(home.Read(file), before) << "written before the outermost stretch ended";
-        CRegSettings other(home.GetPaths());
-        ASSERT_TRUE(other.SaveSetting(u"PREF"_s, u"ALERT"_s, u"False"_s));
-        EXPECT_EQ(Get(u"PREF"_s, u"ALERT"_s), u"False"_s);
-        EXPECT_EQ(Get(u"Common"_s, u"LastID"_s), u"2600"_s);
+        ASSERT_TRUE(CRegSettings(home.GetPaths()).SaveSetting(u"PREF"_s, u"ALERT"_s, u"False"_s));
+        EXPECT_EQ(Values(settings, keys), u"2600|False"_s);
     }
     CRegSettings reader(home.GetPaths());
-    EXPECT_EQ(reader.GetSetting(u"Common"_s, u"LastID"_s, QString()), u"2600"_s);
-    EXPECT_EQ(reader.GetSetting(u"PREF"_s, u"ALERT"_s, QString()), u"False"_s);
+    EXPECT_EQ(Values(reader, keys), u"2600|False"_s);
 
     ASSERT_TRUE(QFile::remove(home.File(file)) && QDir().mkpath(home.File(file)));
     CRegSettings::DeferredWrites refused(settings);
