@@ -2,10 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SkinTestSupport.h"
 
+#include "skin/SkinColor.h"
+#include "skin/SkinNumber.h"
+#include "skin/frmSkin.h"
 #include "skin/frmSkinEntity.h"
 
+#include <QGuiApplication>
+#include <QImageReader>
 #include <QLabel>
+#include <QListWidget>
+#include <QPalette>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -34,10 +44,11 @@ TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultIconsThatTreeIconKeywordsRe
     ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
     EXPECT_EQ(imageList.removed, (QStringList{u"unread"_s, u"expanded"_s, u"collapse"_s}));
     EXPECT_EQ(imageList.added, (QStringList{u"unread"_s, u"collapse"_s, u"expanded"_s, u"last"_s}));
-    EXPECT_EQ(PictureColour(imageList.images.value(u"unread"_s)), QColor(Qt::red));
-    EXPECT_EQ(PictureColour(imageList.images.value(u"expanded"_s)), QColor(Qt::green));
-    EXPECT_EQ(PictureColour(imageList.images.value(u"collapse"_s)), QColor(Qt::green));
-    EXPECT_EQ(PictureColour(skin.GetListIcon(frmTamselSkin::ListIcon::Link)), QColor(Qt::blue));
+    EXPECT_EQ(Summary(PictureColour(imageList.images.value(u"unread"_s)),
+                      PictureColour(imageList.images.value(u"expanded"_s)),
+                      PictureColour(imageList.images.value(u"collapse"_s)),
+                      PictureColour(skin.GetListIcon(frmTamselSkin::ListIcon::Link))),
+              u"#ff0000 #00ff00 #00ff00 #0000ff"_s);
 }
 
 // Keywords ignore case, arguments keep it; numbers are read as far as they go (&h is hexadecimal)
@@ -46,59 +57,36 @@ TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultIconsThatTreeIconKeywordsRe
 TEST_F(SkinLoaderTest, KeywordsSetTheirValuesAndTheNextLoadStartsFromTheDefaults) {
     Load(u"All"_s);
     ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
-    const frmSkinEntity* entity = skin.Entity(36);
-    ASSERT_NE(entity, nullptr);
-    const std::pair<const char*, std::pair<double, double>> values[] = {
-        {"font name", {skin.FontSlot(3)->Name == u"Nimbus Sans", 1}},
-        {"font size", {skin.FontSlot(3)->Size, 11.5}},
-        {"bold", {skin.FontSlot(3)->Bold, 1}},
-        {"italic", {skin.FontSlot(3)->Italic, 0}},
-        {"strike", {skin.FontSlot(4)->StrikeThrough, 1}},
-        {"hex colour", {skin.GetFontColor(3), 0xFF0000}},
-        {"decimal colour", {skin.GetFontColor(4), 0xFF0000}},
-        {"system colour", {skin.FontSlot(4)->ShadowColor, 0x80000005}},
-        {"last font slot", {skin.FontSlot(20)->Name == u"Last", 1}},
-        {"entity function", {entity->sFunction == u"Close", 1}},
-        {"entity window", {entity->iWindow, frmTamselSkin::KindTicker}},
-        {"entity hide", {entity->bHide, 1}},
-        {"entity center", {entity->bCenter, 1}},
-        {"entity top", {entity->iTop, 2.5}},
-        {"entity left", {entity->iLeft, -7.25}},
-        {"caption font", {entity->lbl.Font.pointSizeF(), 11.5}},
-        {"caption colour", {entity->lbl.ForeColor, 0xFF0000}},
-        {"hover font", {entity->lblMM.Font.pointSizeF(), 7}},
-        {"hover takes no colour", {entity->lblMM.ForeColor, 0}},
-        {"frame size from picture", {skin.FrameNSize(1), 12}},
-        {"frame size without picture", {skin.FrameESize(1), 7}},
-        {"frame size rounded to even", {skin.FrameSSize(1), 10}},
-        {"frame colour", {skin.FrameColor(1), 0x123456}},
-        {"unknown frame is main", {skin.FrameWSize(0), 8}},
-        {"no frame of kind 7", {skin.FrameNSize(7), 0}},
-        {"filter top", {skin.FilterTop(), 31}},
-        {"filter left", {skin.FilterLeft(), -12}},
-        {"filter width", {skin.FilterWidth(), 140}},
-        {"search left", {skin.SearchLeft(), 32}},
-        {"search width", {skin.SearchWidth(), 202}},
-        {"grid font", {skin.GridFont(), 20}},
-        {"ticker font", {skin.TickerFont(), 0}},
-        {"tree colour", {skin.TreeColor(), 0x00FF00}},
-        {"grid colour", {skin.GridColorEven(), 4}},
-        {"window kind names", {frmTamselSkin::KindOf(u"TickerItem"_s), 4}},
-        {"unknown window kind", {frmTamselSkin::KindOf(u"viewer"_s), 0}},
-        {"entity 3", {skin.Entity(3) != nullptr, 1}},
-        {"ticker frame picture", {skin.FrameNSize(frmTamselSkin::KindTicker), 4}},
-        {"ticker frame colour", {skin.FrameColor(frmTamselSkin::KindTicker), 7}},
-        {"odd grid colour", {skin.GridColorOdd(), 1}},
-    };
-    for (const auto& [name, value] : values) {
-        EXPECT_DOUBLE_EQ(value.first, value.second) << name;
-    }
+    const frmSkinEntity* e = skin.Entity(36);
+    ASSERT_NE(e, nullptr);
+    const auto* f3 = skin.FontSlot(3);
+    const auto* f4 = skin.FontSlot(4);
+    // Fonts 3, 4 and the last slot; entity 36 with its caption and hover fonts (hover takes no colour).
+    EXPECT_EQ(Summary(f3->Name, f3->Size, f3->Bold, f3->Italic, skin.GetFontColor(3), f4->StrikeThrough,
+                      skin.GetFontColor(4), f4->ShadowColor, skin.FontSlot(20)->Name),
+              Summary(u"Nimbus Sans"_s, 11.5, 1, 0, 0xFF0000, 1, 0xFF0000, 0x80000005, u"Last"_s));
+    EXPECT_EQ(Summary(e->sFunction, e->iWindow, e->bHide, e->bCenter, e->iTop, e->iLeft,
+                      e->lbl.Font.pointSizeF(), e->lbl.ForeColor, e->lblMM.Font.pointSizeF(),
+                      e->lblMM.ForeColor),
+              Summary(u"Close"_s, frmTamselSkin::KindTicker, 1, 1, 2.5, -7.25, 11.5, 0xFF0000, 7, 0));
+    // Frame sizes from a picture, without one and rounded to even; an unknown frame is the main
+    // one; there is no frame of kind 7.
+    EXPECT_EQ(Summary(skin.FrameNSize(1), skin.FrameESize(1), skin.FrameSSize(1), skin.FrameColor(1),
+                      skin.FrameWSize(0), skin.FrameNSize(7), skin.FrameNSize(frmTamselSkin::KindTicker),
+                      skin.FrameColor(frmTamselSkin::KindTicker)),
+              Summary(12, 7, 10, 0x123456, 8, 0, 4, 7));
+    EXPECT_EQ(Summary(skin.FilterTop(), skin.FilterLeft(), skin.FilterWidth(), skin.SearchLeft(),
+                      skin.SearchWidth(), skin.GridFont(), skin.TickerFont(), skin.TreeColor(),
+                      skin.GridColorEven(), skin.GridColorOdd(), frmTamselSkin::KindOf(u"TickerItem"_s),
+                      frmTamselSkin::KindOf(u"viewer"_s), skin.Entity(3) != nullptr),
+              Summary(31, -12, 140, 32, 202, 20, 0, 0x00FF00, 4, 1, 4, 0, 1));
     // Fonts reach widgets and skin surfaces; the colour only when asked, unknown slots not at all.
     QLabel label;
     skin.SetFont(&label, 4, false);
-    EXPECT_DOUBLE_EQ(label.font().pointSizeF(), 7);
-    EXPECT_TRUE(label.font().italic() && label.font().underline() && label.font().strikeOut());
-    EXPECT_NE(label.palette().color(QPalette::WindowText), QColor(0, 0, 255));
+    EXPECT_EQ(Summary(label.font().pointSizeF(), label.font().italic(), label.font().underline(),
+                      label.font().strikeOut(),
+                      label.palette().color(QPalette::WindowText) == QColor(0, 0, 255)),
+              u"7 1 1 1 0"_s);
     skin.SetFont(&label, 3, true);
     EXPECT_EQ(label.font().family(), u"Nimbus Sans"_s);
     EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(0, 0, 255));
@@ -107,28 +95,18 @@ TEST_F(SkinLoaderTest, KeywordsSetTheirValuesAndTheNextLoadStartsFromTheDefaults
     EXPECT_DOUBLE_EQ(label.font().pointSizeF(), 11.5);
     TestWindow window;
     skin.SetFont(window.picSkin(), 3, true);
-    EXPECT_EQ(window.picSkin()->DrawFont().family(), u"Nimbus Sans"_s);
-    EXPECT_EQ(window.picSkin()->ForeColor(), QColor(0, 0, 255));
+    EXPECT_EQ(Summary(window.picSkin()->DrawFont().family(), window.picSkin()->ForeColor()),
+              u"Nimbus Sans #0000ff"_s);
 
     Load(u"Default"_s, u"; nothing but a comment\n"_s);
     // User skins come before shipped ones of the same name.
     EXPECT_EQ(skin.SkinFolder(), home.File(u"skins/Default"_s));
-    const std::pair<const char*, std::pair<double, double>> defaults[] = {
-        {"tree colour", {skin.TreeColor(), 0xFFB29D}},
-        {"grid colour", {skin.GridColorOdd(), 0xFFCCCC}},
-        {"font slot", {skin.FontSlot(8) == nullptr, 1}},
-        {"entity", {skin.Entity(3) == nullptr, 1}},
-        {"frame colour", {skin.FrameColor(frmTamselSkin::KindTicker), 0xFF0000}},
-        {"frame size", {skin.FrameNSize(frmTamselSkin::KindTicker), 0}},
-        {"filter top", {skin.FilterTop(), 5}},
-        {"ticker font", {skin.TickerFont(), 1}},
-        {"tree icon", {skin.TreeIcon(u"read"_s).Size() == QSize(16, 16), 1}},
-        {"default font", {skin.GetFont(10).pointSizeF(), 8}},
-    };
-    for (const auto& [name, value] : defaults) {
-        EXPECT_DOUBLE_EQ(value.first, value.second) << name;
-    }
-    EXPECT_EQ(skin.GetFont(10).family(), u"Arial"_s);
+    EXPECT_EQ(Summary(skin.TreeColor(), skin.GridColorOdd(), skin.FontSlot(8) == nullptr,
+                      skin.Entity(3) == nullptr, skin.FrameColor(frmTamselSkin::KindTicker),
+                      skin.FrameNSize(frmTamselSkin::KindTicker), skin.FilterTop(), skin.TickerFont(),
+                      skin.TreeIcon(u"read"_s).Size() == QSize(16, 16), skin.GetFont(10).pointSizeF(),
+                      skin.GetFont(10).family()),
+              Summary(0xFFB29D, 0xFFCCCC, 1, 1, 0xFF0000, 0, 5, 1, 1, 8, u"Arial"_s));
 }
 
 // The load stops at the failing line, which the message names: later lines, the icon list and
@@ -146,11 +124,11 @@ TEST_F(SkinLoaderTest, AFailingLineStopsTheLoadAndIsNamed) {
         Load(u"Bad"_s, QString::fromUtf8(text) + u"\ntreecolor 5\n"_s);
         ASSERT_EQ(host.messages.size(), 1);
         const QString line = QString::fromUtf8(text).section(u'\n', -1).trimmed();
-        EXPECT_TRUE(host.messages.at(0).startsWith(
-            u"Error Loading Skin File: Bad\nskin.txt - Error On Line: "_s + line + u"\nError Return: "_s))
-            << host.messages.at(0).toStdString();
-        EXPECT_EQ(host.messages.at(0).count(u'\n'), 2);
-        EXPECT_GT(host.messages.at(0).section(u"Error Return: "_s, 1).size(), 0);
+        // The skin and the line, then a reason of its own on the third line.
+        const QString message = host.messages.at(0);
+        EXPECT_EQ(Summary(message.section(u"\nError Return: "_s, 0, 0), message.count(u'\n'),
+                          message.section(u"\nError Return: "_s, 1).isEmpty()),
+                  Summary(u"Error Loading Skin File: Bad\nskin.txt - Error On Line: "_s + line, 2, 0));
         EXPECT_EQ(skin.TreeColor(), 0xFFB29DU);
     }
     home.Write(u"skin.txt"_s, QByteArrayLiteral("treecolor 1\n"));
@@ -165,33 +143,24 @@ TEST_F(SkinLoaderTest, AFailingLineStopsTheLoadAndIsNamed) {
     EXPECT_TRUE(imageList.added.isEmpty());
 }
 
-TEST_F(SkinLoaderTest, StateKeywordsAreAsymmetric) {
+// Normal, hover and pressed picture colours, then the three captions, of entities 1 to 4. The item
+// stylesheet comes from the skin folder when it opens.
+TEST_F(SkinLoaderTest, StateKeywordsAreAsymmetricAndTheStylesheetComesFromTheSkin) {
     Load(u"States"_s);
     ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
-    // Normal, hover and pressed picture colours, then the three captions.
-    const std::pair<int, QString> expected[] = {
-        {1, u"#ff0000 #ff0000 #ff0000 A A A"_s},
-        {2, u"#ff0000 #00ff00 #00ff00 A B B"_s},
-        {3, u"#ff0000 #00ff00 #0000ff A C B"_s},
-        {4, u"#ff0000 #ff0000 #ff0000 A A A"_s},
-    };
-    for (const auto& [number, states] : expected) {
-        const frmSkinEntity* entity = skin.Entity(number);
-        ASSERT_NE(entity, nullptr);
-        EXPECT_EQ(QStringList({PictureColour(entity->img).name(), PictureColour(entity->imgMM).name(),
-                               PictureColour(entity->imgMD).name(), entity->lbl.Caption,
-                               entity->lblMM.Caption, entity->lblMD.Caption})
-                      .join(u' '),
-                  states)
-            << number;
+    QStringList states;
+    for (int number = 1; number <= 4; ++number) {
+        const frmSkinEntity* e = skin.Entity(number);
+        ASSERT_NE(e, nullptr);
+        states << Summary(PictureColour(e->img), PictureColour(e->imgMM), PictureColour(e->imgMD),
+                          e->lbl.Caption, e->lblMM.Caption, e->lblMD.Caption);
     }
-}
+    EXPECT_EQ(states.join(u'|'), u"#ff0000 #ff0000 #ff0000 A A A|#ff0000 #00ff00 #00ff00 A B B|"
+                                 u"#ff0000 #00ff00 #0000ff A C B|#ff0000 #ff0000 #ff0000 A A A"_s);
 
-TEST_F(SkinLoaderTest, ItemStylesheetComesFromTheSkinFolderWhenItOpens) {
     Load(u"Xsl"_s);
-    EXPECT_EQ(skin.GetXSLFilename(), home.File(u"skins/Xsl/mine.xsl"_s));
-    EXPECT_FALSE(skin.ItemStylesheet().IsNull());
-    EXPECT_TRUE(skin.ItemStylesheetError().isEmpty());
+    EXPECT_EQ(Summary(skin.GetXSLFilename(), skin.ItemStylesheet().IsNull(), skin.ItemStylesheetError()),
+              Summary(home.File(u"skins/Xsl/mine.xsl"_s), 0, QString()));
     for (const char* line : {"xslfile absent.xsl\n", "xslfile ../Xsl/mine.xsl\n"}) {
         Load(u"Xsl"_s, QString::fromUtf8(line));
         EXPECT_EQ(skin.GetXSLFilename(), home.GetPaths().ResourceFile(u"rss.xsl"_s)) << line;
@@ -201,6 +170,179 @@ TEST_F(SkinLoaderTest, ItemStylesheetComesFromTheSkinFolderWhenItOpens) {
     EXPECT_EQ(skin.GetXSLFilename(), home.File(u"skins/Broken/rss.xsl"_s));
     EXPECT_TRUE(skin.ItemStylesheet().IsNull());
     EXPECT_FALSE(skin.ItemStylesheetError().isEmpty());
+}
+
+TEST(SkinNumberTest, ReadsTheLeadingNumberAndRoundsHalvesToEven) {
+    // Each line of the table is "text|value".
+    QFile table(QStringLiteral(TAMSEL_TEST_DATA_DIR "/numbers.txt"));
+    ASSERT_TRUE(table.open(QIODevice::ReadOnly));
+    for (const QString& row : QString::fromUtf8(table.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        EXPECT_DOUBLE_EQ(SkinNumber::Leading(row.section(u'|', 0, 0)), row.section(u'|', 1).toDouble())
+            << row.toStdString();
+    }
+    const std::pair<double, qint64> rounds[] = {
+        {2.5, 2}, {3.5, 4}, {-2.5, -2}, {-3.5, -4}, {2.4999, 2}, {2.5001, 3}, {1e300, qint64(9.0e18)}};
+    for (const auto& [value, rounded] : rounds) {
+        EXPECT_EQ(SkinNumber::Round(value), rounded) << value;
+    }
+    EXPECT_TRUE(SkinNumber::Boolean(u"TRUE"));
+    for (const char16_t* text : {u"yes", u"1", u"true!", u""}) {
+        EXPECT_FALSE(SkinNumber::Boolean(text));
+    }
+}
+
+TEST(SkinColorTest, ColoursAreBlueGreenRedOrSystemColours) {
+    EXPECT_EQ(SkinColor::ToQColor(0xFF0000), QColor(0, 0, 255));
+    EXPECT_EQ(SkinColor::ToQColor(0x9DB2FF), QColor(0xFF, 0xB2, 0x9D));
+    EXPECT_EQ(SkinColor::ToQColor(SkinColor::kButtonFace),
+              QGuiApplication::palette().color(QPalette::Button));
+    EXPECT_EQ(SkinColor::ToQColor(0x80000005), QGuiApplication::palette().color(QPalette::Base));
+    EXPECT_EQ(SkinColor::ToQColor(0x800000FF), QGuiApplication::palette().color(QPalette::Dark));
+}
+
+class ShippedSkinsTest : public SkinLoaderTest, public ::testing::WithParamInterface<const char*> {};
+
+// Each shipped skin loads, covers every window and function, has every picture named in its skin
+// file with a twice as large twin, and its item stylesheet writes a readable UTF-8 page whose
+// links go to the web only.
+TEST_P(ShippedSkinsTest, LoadsCompleteWithDoubledPicturesAndASafeItemPage) {
+    const QString folder = QStringLiteral(TAMSEL_BUILD_DATA_DIR "/skins/") + QString::fromUtf8(GetParam());
+    QSignalSpy loaded(&skin, &frmTamselSkin::SkinLoaded);
+    Choose(QString::fromUtf8(GetParam()));
+    skin.LoadSkin();
+    EXPECT_EQ(Summary(host.messages.join(u'|'), loaded.count(), skin.SkinFolder()),
+              Summary(QString(), 1, folder));
+
+    // Every kind has its frame; the big windows have room for their rows.
+    for (int kind = frmTamselSkin::KindMain; kind <= frmTamselSkin::KindDialog; ++kind) {
+        EXPECT_GT(skin.FrameNSize(kind), 0) << kind;
+        EXPECT_GT(skin.FrameSSize(kind), 0) << kind;
+    }
+    EXPECT_GE(skin.FrameNSize(frmTamselSkin::KindChannel), skin.FilterTop() + 24);
+    EXPECT_GT(skin.FrameWSize(frmTamselSkin::KindMain), 0);
+
+    int entities = 0;
+    QStringList functions;
+    for (int number = 1; number <= frmTamselSkin::kDispatchedEntitySlots; ++number) {
+        if (const frmSkinEntity* entity = skin.Entity(number)) {
+            ++entities;
+            EXPECT_TRUE(!entity->img.IsNull() || !entity->lbl.IsEmpty()) << number;
+            if (!entity->sFunction.isEmpty()) {
+                functions.append(entity->sFunction);
+                EXPECT_FALSE(entity->imgMM.IsNull()) << number;
+                EXPECT_FALSE(entity->imgMD.IsNull()) << number;
+            }
+        }
+    }
+    EXPECT_GE(entities, 25);
+    for (const char* function :
+         {"close", "min", "max", "windowframe", "profiles", "addchannel", "firstpage", "prevpage", "nextpage",
+          "lastpage", "prev", "next", "pause", "play", "tickermenu", "link"}) {
+        EXPECT_TRUE(functions.contains(QString::fromUtf8(function))) << function;
+    }
+
+    for (const QString& key : frmTamselSkin::TreeIconKeys()) {
+        EXPECT_EQ(skin.TreeIcon(key).Size(), QSize(16, 16)) << key.toStdString();
+        EXPECT_EQ(skin.TreeIcon(key).ForRatio(2).size(), QSize(32, 32)) << key.toStdString();
+    }
+    EXPECT_EQ(skin.GetXSLFilename(), folder + QStringLiteral("/rss.xsl"));
+    ASSERT_FALSE(skin.ItemStylesheet().IsNull()) << skin.ItemStylesheetError().toStdString();
+
+    QFile file(folder + QStringLiteral("/skin.txt"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    const QStringList pictures = QDir(folder).entryList({QStringLiteral("*.png")}, QDir::Files);
+    ASSERT_FALSE(pictures.isEmpty());
+    for (const QString& picture : pictures.filter(QRegularExpression(QStringLiteral("(?<!@2x)\\.png$")))) {
+        EXPECT_TRUE(text.contains(u' ' + picture + u'\n')) << picture.toStdString();
+        const QString twin = folder + u'/' + picture.chopped(4) + QStringLiteral("@2x.png");
+        EXPECT_EQ(QImageReader(twin).size(), QImageReader(folder + u'/' + picture).size() * 2)
+            << picture.toStdString();
+    }
+
+    QFile itemFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/item.xml"));
+    ASSERT_TRUE(itemFile.open(QIODevice::ReadOnly));
+    QByteArray item = itemFile.readAll();
+    const QString html = QString::fromUtf8(skin.ItemStylesheet().TransformToBytes(XmlDocument::Parse(item)));
+    for (const QString& part :
+         {QStringLiteral("charset=UTF-8"), QStringLiteral("<p>Hello <b>world</b> \u00FC</p>"),
+          QStringLiteral("href=\"https://example.org/a?x=1&amp;y=2\""),
+          QStringLiteral("Snow &amp; ice in the hills"), QStringLiteral("16 Nov 2026"),
+          QStringLiteral("09:05"), QStringLiteral("Weather Desk")}) {
+        EXPECT_TRUE(html.contains(part, Qt::CaseInsensitive))
+            << part.toStdString() << " in " << html.toStdString();
+    }
+    item.replace("https://example.org/a?x=1&amp;y=2", "javascript:alert(1)");
+    const QString hostile =
+        QString::fromUtf8(skin.ItemStylesheet().TransformToBytes(XmlDocument::Parse(item)));
+    EXPECT_EQ(Summary(hostile.contains(u"Snow &amp; ice in the hills"_s), hostile.contains(u"javascript"_s),
+                      hostile.contains(u"<a "_s)),
+              u"1 0 0"_s)
+        << hostile.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Skins, ShippedSkinsTest, ::testing::Values("Default", "Nightfall"));
+
+// A folder of files has no skins; otherwise the user's and the shipped skins (each in a temporary
+// folder of their own) are listed once (names differing in case are two skins) and the current
+// one is selected, "Default" without a stored name. Without a selection the button keeps the old
+// skin; with one it stores the name.
+TEST(frmSkinTest, ListsTheSkinsOnceAndTheButtonStoresTheChosenOne) {
+    QTemporaryDir resources;
+    QTemporaryDir data;
+    const Paths paths(resources.path(), data.path(), data.path() + u"/config"_s);
+    CRegSettings settings(paths);
+    FakeSkinHost host;
+    QDir(data.path()).mkpath(u"skins"_s);
+    QFile file(data.filePath(u"skins/readme.txt"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    {
+        frmSkin chooser(settings, paths, host);
+        EXPECT_FALSE(chooser.LoadList());
+        EXPECT_EQ(Summary(chooser.lstSkins()->count(), host.messages.join(u'|'), chooser.exec(),
+                          chooser.SkinChanged()),
+                  Summary(0, u"No Skins Found|No Skins Found"_s, QDialog::Rejected, 0));
+        host.messages.clear();
+    }
+    for (const QString& folder : {u"Default"_s, u"Nightfall"_s}) {
+        QDir(resources.path()).mkpath(u"skins/"_s + folder);
+    }
+    for (const QString& folder : {u"nightfall"_s, u"Default"_s, u"Amber"_s}) {
+        QDir(data.path()).mkpath(u"skins/"_s + folder);
+    }
+    const QString section = u"SETTINGS"_s, key = u"SKINNAME"_s;
+    // The names listed, the one selected; after Ok, whether the skin changed, the result and the
+    // stored name.
+    const auto state = [&](frmSkin& chooser) {
+        QStringList names;
+        for (int i = 0; i < chooser.lstSkins()->count(); ++i) {
+            names.append(chooser.lstSkins()->item(i)->text());
+        }
+        const QList<QListWidgetItem*> chosen = chooser.lstSkins()->selectedItems();
+        chooser.cmdOk()->click();
+        return Summary(names.join(u','), chosen.isEmpty() ? u"-"_s : chosen.first()->text(),
+                       chooser.SkinChanged(), chooser.result(), settings.GetSetting(section, key, QString()));
+    };
+    for (const auto& [stored, expected] :
+         {std::pair{QString(), u"Amber,Default,Nightfall,nightfall Default 1 1 Default"_s},
+          {u"Gone"_s, u"Amber,Default,Nightfall,nightfall - 0 0 Gone"_s},
+          {u"Nightfall"_s, u"Amber,Default,Nightfall,nightfall Nightfall 1 1 Nightfall"_s}}) {
+        if (!stored.isNull()) {
+            settings.SaveSetting(section, key, stored);
+        }
+        frmSkin chooser(settings, paths, host);
+        ASSERT_TRUE(chooser.LoadList());
+        EXPECT_EQ(state(chooser), expected);
+    }
+    EXPECT_TRUE(host.messages.isEmpty());
+    frmSkin chooser(settings, paths, host);
+    ASSERT_TRUE(chooser.LoadList());
+    QListWidgetItem* other = chooser.lstSkins()->item(0);
+    chooser.lstSkins()->setCurrentItem(other);
+    Q_EMIT chooser.lstSkins()->itemClicked(other);
+    EXPECT_EQ(chooser.cmdOk()->text(), u"Load Skin"_s);
+    EXPECT_EQ(state(chooser), u"Amber,Default,Nightfall,nightfall Amber 1 1 Amber"_s);
 }
 
 } // namespace

@@ -16,86 +16,59 @@ namespace {
 
 class SkinPaintTest : public ::testing::Test, public SkinFixture {
 protected:
-    // Paints the window of `size` after loading data/skins/<name>; every listed pixel must match.
-    void Expect(const QString& name, int kind, QSize size,
-                std::initializer_list<std::pair<QPoint, QColor>> pixels) {
+    // Loads data/skins/<name> and paints a window as its line of data/paint.txt says ("name kind
+    // WxH x,y=#rrggbb..."); every listed pixel must match.
+    void Paint(const QString& name) {
+        QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/paint.txt"));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString line = QString::fromUtf8(file.readAll()).split(u'\n').filter(name + u' ').value(0);
+        const QStringList words = line.split(u' ');
+        ASSERT_GE(words.size(), 4) << name.toStdString();
         Load(name);
         ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
-        window = std::make_unique<TestWindow>(size);
-        skin.PaintAll(*window, *window->picSkin(), kind, false);
-        for (const auto& [at, colour] : pixels) {
-            EXPECT_EQ(window->Pixel(at.x(), at.y()), colour)
-                << name.toStdString() << " at " << at.x() << "," << at.y();
+        window = std::make_unique<TestWindow>(
+            QSize(words.at(2).section(u'x', 0, 0).toInt(), words.at(2).section(u'x', 1).toInt()));
+        skin.PaintAll(*window, *window->picSkin(), words.at(1).toInt(), false);
+        for (const QString& pixel : words.mid(3)) {
+            const QStringList at = pixel.section(u'=', 0, 0).split(u',');
+            EXPECT_EQ(window->Pixel(at.at(0).toInt(), at.at(1).toInt()),
+                      QColor::fromString(pixel.section(u'=', 1)))
+                << name.toStdString() << " at " << pixel.toStdString();
         }
     }
 
     std::unique_ptr<TestWindow> window;
 };
 
-TEST_F(SkinPaintTest, KindWithoutPiecesShowsOnlyItsColour) {
+// A kind without pieces shows only its colour. Top tiles (first column dark) start at 5, 12, 19
+// and 26; the top-right corner covers 26 to 29 but shows the last tile through its clear left
+// half. Side bands start below the top band, the bottom band is copied at H - its thickness over
+// them, corners come last. Negative offsets anchor the far side; centring does not round.
+TEST_F(SkinPaintTest, BandsCornersAndEntitiesLandWhereTheSkinPlacesThem) {
     skin.LoadSkin();
-    TestWindow window(QSize(60, 40));
+    TestWindow plain(QSize(60, 40));
     for (const auto& [kind, colour] :
          {std::pair{frmTamselSkin::KindMain, QGuiApplication::palette().color(QPalette::Button)},
           std::pair{frmTamselSkin::KindTicker, QColor(0, 0, 255)}}) {
-        skin.PaintAll(window, *window.picSkin(), kind, false);
-        QImage filled(window.picSkin()->Image().size(), window.picSkin()->Image().format());
+        skin.PaintAll(plain, *plain.picSkin(), kind, false);
+        QImage filled(plain.picSkin()->Image().size(), plain.picSkin()->Image().format());
         filled.fill(colour);
-        EXPECT_EQ(window.picSkin()->Image(), filled) << kind;
+        EXPECT_EQ(plain.picSkin()->Image(), filled) << kind;
     }
-}
-
-// Top tiles (first column dark) start at 5, 12, 19 and 26; the top-right corner covers 26 to 29
-// but shows the last tile through its clear left half. Side bands start below the top band, the
-// bottom band is copied at H - its thickness over them, corners come last. Negative offsets anchor
-// the far side; centring does not round.
-TEST_F(SkinPaintTest, BandsCornersAndEntitiesLandWhereTheSkinPlacesThem) {
-    const QColor red(Qt::red), green(Qt::green), blue(Qt::blue), white(Qt::white), dark(Qt::darkGreen);
-    Expect(u"Band"_s, frmTamselSkin::KindMain, QSize(30, 20),
-           {{{5, 3}, dark},
-            {{12, 3}, dark},
-            {{19, 3}, dark},
-            {{26, 3}, dark},
-            {{4, 3}, red},
-            {{25, 3}, green},
-            {{27, 3}, green},
-            {{28, 3}, blue},
-            {{29, 5}, blue},
-            {{15, 6}, white}});
-    const QColor magenta(Qt::magenta), yellow(Qt::yellow), cyan(Qt::cyan), black(Qt::black);
-    Expect(u"Sides"_s, frmTamselSkin::KindDialog, QSize(40, 30),
-           {{{1, 5}, QColor(Qt::gray)},
-            {{1, 6}, yellow},
-            {{3, 6}, white},
-            {{38, 6}, cyan},
-            {{37, 6}, white},
-            {{1, 25}, magenta},
-            {{1, 27}, magenta},
-            {{1, 28}, yellow},
-            {{38, 28}, black},
-            {{35, 25}, black},
-            {{34, 25}, magenta},
-            {{20, 15}, white}});
-    Expect(u"Far"_s, frmTamselSkin::KindMain, QSize(200, 40),
-           {{{179, 6}, red},
-            {{198, 6}, red},
-            {{178, 6}, white},
-            {{199, 6}, white},
-            {{10, 29}, red},
-            {{10, 30}, white},
-            {{10, 19}, white}});
+    for (const QString& name : {u"Band"_s, u"Sides"_s, u"Far"_s}) {
+        Paint(name);
+    }
     EXPECT_DOUBLE_EQ(skin.Entity(1)->Rect().left(), 179);
     EXPECT_DOUBLE_EQ(skin.Entity(2)->Rect().left(), 200 / 2 - 21 / 2.0);
     EXPECT_DOUBLE_EQ(skin.Entity(3)->Rect().bottom(), 40 - 10);
     // Only entities of the kind are painted, never slot 36, hidden ones only when the window asks.
-    Expect(u"Kinds"_s, frmTamselSkin::KindTicker, QSize(100, 20),
-           {{{5, 5}, red}, {{25, 5}, white}, {{45, 5}, white}, {{65, 5}, red}});
+    Paint(u"Kinds"_s);
     skin.PaintAll(*window, *window->picSkin(), frmTamselSkin::KindTicker, true);
-    EXPECT_EQ(window->Pixel(65, 5), white);
+    EXPECT_EQ(window->Pixel(65, 5), QColor(Qt::white));
 }
 
 TEST_F(SkinPaintTest, TextsArePrintedAsTheWindowDecodesThem) {
-    Expect(u"Text"_s, frmTamselSkin::KindMain, QSize(200, 40), {{{150, 20}, QColor(Qt::white)}});
+    Paint(u"Text"_s);
     EXPECT_EQ(window->decoded, QStringList{u"Hello {user}"_s});
     const frmSkinEntity* entity = skin.Entity(1);
     // Laid out with the caption as written, placeholders included.
@@ -113,20 +86,19 @@ TEST_F(SkinPaintTest, TextsArePrintedAsTheWindowDecodesThem) {
     EXPECT_GT(inked, 20);
 }
 
-TEST_F(SkinPaintTest, AWindowWithoutSurfaceIsLeftAlone) {
+// A window without surface is left alone; a doubled file serves scaled surfaces, unless it has
+// the wrong size.
+TEST_F(SkinPaintTest, AWindowWithoutSurfaceIsLeftAloneAndDoubledPicturesServeScaledSurfaces) {
     Load(u"Gone"_s);
-    TestWindow window;
+    TestWindow gone;
     SkinSurface other;
     other.resize(50, 50);
-    window.Unload();
-    skin.PaintEntities(window, other, frmTamselSkin::KindMain, false);
+    gone.Unload();
+    skin.PaintEntities(gone, other, frmTamselSkin::KindMain, false);
     EXPECT_NE(other.Image().pixelColor(5, 5), QColor(Qt::red));
-    EXPECT_TRUE(window.decoded.isEmpty());
-    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::LeftButton, QPointF(5, 5), frmTamselSkin::KindMain, false));
-}
+    EXPECT_TRUE(gone.decoded.isEmpty());
+    EXPECT_FALSE(skin.SkinMouseDown(gone, Qt::LeftButton, QPointF(5, 5), frmTamselSkin::KindMain, false));
 
-// A doubled file serves scaled surfaces, unless it has the wrong size.
-TEST_F(SkinPaintTest, DoubledPicturesServeScaledSurfaces) {
     Load(u"Hi"_s);
     const SkinPicture& p = skin.Entity(1)->img;
     EXPECT_EQ(p.Size(), QSize(4, 2));
@@ -134,6 +106,140 @@ TEST_F(SkinPaintTest, DoubledPicturesServeScaledSurfaces) {
     EXPECT_EQ(p.ForRatio(2).pixelColor(0, 0), QColor(Qt::blue));
     EXPECT_EQ(p.ForRatio(2).devicePixelRatio(), 2);
     EXPECT_EQ(skin.Entity(2)->img.ForRatio(2).pixelColor(0, 0), QColor(Qt::red));
+}
+
+constexpr int kKind = frmTamselSkin::KindMain;
+
+// One button at (10, 10), 20 x 10: red normal, green hover, blue pressed, function "Close".
+class SkinMouseTest : public ::testing::Test, public SkinFixture {
+protected:
+    void SetUp() override {
+        Load(u"Mouse"_s);
+        ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
+        skin.PaintAll(window, *window.picSkin(), kKind, false);
+    }
+
+    bool Down(QPointF at) { return skin.SkinMouseDown(window, Qt::LeftButton, at, kKind, false); }
+    void Move(QPointF at, Qt::MouseButtons buttons = Qt::NoButton) {
+        skin.SkinMouseMove(window, buttons, at, kKind, false);
+    }
+    // The pointer goes to `at` and the leave detector looks once.
+    void PointerAt(QPointF at) {
+        host.cursor = at;
+        clock.Advance(frmSkinEntity::kLeaveCheckMs);
+    }
+    frmSkinEntity& Button() { return *skin.Entity(1); }
+    // The button's colour, whether the leave detector runs, the pointer shape (0 arrow, 13 hand).
+    QString State() {
+        return Summary(window.Pixel(20, 15), Button().LeaveDetectorEnabled(),
+                       window.picSkin()->cursor().shape());
+    }
+
+    TestWindow window{QSize(100, 50)};
+};
+
+// The left button hits inside the edges only; the release calls the function in lower case;
+// hidden entities are skipped when the window says so.
+TEST_F(SkinMouseTest, TheLeftButtonHitsInsideTheEdgesOnly) {
+    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::RightButton, QPointF(20, 15), kKind, false));
+    EXPECT_EQ(State(), u"#ff0000 0 0"_s);
+    EXPECT_TRUE(Down(QPointF(10.5, 15)));
+    EXPECT_EQ(State(), u"#0000ff 1 0"_s);
+    for (QPointF outside : {QPointF(10, 15), QPointF(30, 15), QPointF(20, 10), QPointF(20, 20)}) {
+        EXPECT_FALSE(Down(outside)) << outside.x() << "," << outside.y();
+    }
+    EXPECT_TRUE(Down(QPointF(29.9, 19.9)));
+
+    skin.SkinMouseUp(window, Qt::RightButton, QPointF(20, 15), kKind, false);
+    skin.SkinMouseUp(window, Qt::LeftButton, QPointF(40, 15), kKind, false);
+    EXPECT_TRUE(window.handled.isEmpty());
+    skin.SkinMouseUp(window, Qt::LeftButton, QPointF(20, 15), kKind, false);
+    EXPECT_EQ(window.handled, QStringList{u"close"_s});
+    // The release does not repaint; the pressed picture stays until the pointer leaves.
+    EXPECT_EQ(State(), u"#0000ff 1 0"_s);
+
+    Button().bHide = true;
+    EXPECT_FALSE(skin.SkinMouseDown(window, Qt::LeftButton, QPointF(20, 15), kKind, true));
+    skin.SkinMouseUp(window, Qt::LeftButton, QPointF(20, 15), kKind, true);
+    EXPECT_EQ(window.handled.size(), 1);
+    EXPECT_TRUE(Down(QPointF(20, 15)));
+
+    // Without state pictures only a pressed caption makes a hit, and starts no leave detector.
+    PointerAt(QPointF(90, 45));
+    Button().imgMM = SkinPicture();
+    Button().imgMD = SkinPicture();
+    EXPECT_FALSE(Down(QPointF(20, 15)));
+    Button().lblMM.Caption = u"Go"_s;
+    Button().lblMD.Caption = u"Go"_s;
+    const QSizeF extent = Button().lblMM.Extent();
+    const QPointF inside(10 + extent.width() / 2, 10 + extent.height() / 2);
+    EXPECT_TRUE(Down(inside));
+    EXPECT_FALSE(Button().LeaveDetectorEnabled());
+
+    // Text buttons show the hand pointer; a caption without a function is a label.
+    Button().img = SkinPicture();
+    Button().lbl.Caption = u"Go"_s;
+    Move(inside);
+    EXPECT_EQ(State().section(u' ', 1), u"1 13"_s);
+    PointerAt(QPointF(90, 45));
+    EXPECT_EQ(State().section(u' ', 1), u"0 0"_s);
+    Button().sFunction.clear();
+    Move(inside);
+    EXPECT_EQ(State().section(u' ', 1), u"0 0"_s);
+}
+
+// The hover picture lasts while the pointer stays and the leave detector restores the normal one
+// over the frame, not over the hover picture, even when the normal one is half transparent.
+TEST_F(SkinMouseTest, HoverLastsWhileThePointerStaysAndTheLeaveDetectorRestoresIt) {
+    QImage glass(20, 10, QImage::Format_ARGB32);
+    glass.fill(QColor(255, 0, 0, 128));
+    Button().img = SkinPicture(glass);
+    Move(QPointF(20, 15));
+    ASSERT_EQ(State(), u"#00ff00 1 0"_s);
+    PointerAt(QPointF(21, 16));
+    EXPECT_EQ(State(), u"#00ff00 1 0"_s);
+
+    host.cursor = QPointF(30, 16); // on the right edge: outside
+    clock.Advance(frmSkinEntity::kLeaveCheckMs - 1);
+    EXPECT_EQ(State(), u"#00ff00 1 0"_s);
+    clock.Advance(1);
+    const QColor restored = window.Pixel(20, 15);
+    EXPECT_EQ(restored.green(), restored.blue()) << restored.name().toStdString();
+    EXPECT_GT(restored.green(), 100);
+    EXPECT_GT(restored.red(), 240);
+    EXPECT_EQ(State(), Summary(restored, 0, 0));
+    EXPECT_EQ(clock.ActiveTimers(), 0);
+
+    // Dragging with the left button shows the pressed picture, with other buttons nothing.
+    Move(QPointF(20, 15), Qt::RightButton);
+    EXPECT_EQ(State(), Summary(restored, 0, 0));
+    Move(QPointF(20, 15), Qt::LeftButton);
+    EXPECT_EQ(State(), u"#0000ff 1 0"_s);
+    Move(QPointF(50, 40));
+    EXPECT_EQ(State(), u"#0000ff 1 0"_s);
+
+    // The detector stops when the window is gone.
+    window.Unload();
+    clock.Advance(frmSkinEntity::kLeaveCheckMs);
+    EXPECT_FALSE(Button().LeaveDetectorEnabled());
+}
+
+// Slot 36 is never hit; a function that loads another skin ends the walk over the entities
+// (two buttons on the same spot, the first one's function reloads the skin).
+TEST_F(SkinMouseTest, Slot36IsNeverHitAndAReloadEndsTheWalk) {
+    Load(u"Last"_s, u"defineentity 36\ntext Close\nfunction close\n"
+                    "defineentity 1\ntext Reload\nfunction reload\nwindow dialog\n"
+                    "defineentity 2\ntext Reload\nfunction other\nwindow dialog\n"_s);
+    const QSizeF extent = skin.Entity(36)->lbl.Extent();
+    const QPointF inside(extent.width() / 2, extent.height() / 2);
+    EXPECT_FALSE(Down(inside));
+    skin.SkinMouseUp(window, Qt::LeftButton, inside, kKind, false);
+    EXPECT_TRUE(window.handled.isEmpty());
+
+    window.onHandler = [this](const QString&) { skin.LoadSkin(); };
+    skin.SkinMouseUp(window, Qt::LeftButton, inside, frmTamselSkin::KindDialog, false);
+    EXPECT_EQ(window.handled, QStringList{u"reload"_s});
+    EXPECT_NE(skin.Entity(2), nullptr);
 }
 
 } // namespace

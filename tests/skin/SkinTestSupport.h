@@ -10,6 +10,7 @@
 #include "skin/SkinWindow.h"
 #include "skin/frmTamselSkin.h"
 #include "support/FakeClock.h"
+#include "support/QStringPrinter.h"
 #include "support/TestHome.h"
 
 #include <QColor>
@@ -109,6 +110,21 @@ public:
     FakeImageList imageList;
     frmTamselSkin skin;
 };
+
+// One word per value of a state summary: texts as they are, colours by name, numbers in full.
+inline QString SummaryWord(const QString& text) {
+    return text;
+}
+inline QString SummaryWord(const QColor& colour) {
+    return colour.name();
+}
+inline QString SummaryWord(double number) {
+    return QString::number(number, 'g', 15);
+}
+// A state as one line of text, compared in one assertion instead of one per value.
+template <typename... T> QString Summary(const T&... values) {
+    return QStringList{SummaryWord(values)...}.join(u' ');
+}
 
 inline QColor PictureColour(const SkinPicture& picture) {
     return picture.IsNull() ? QColor() : picture.ForRatio(1).pixelColor(0, 0);

@@ -5,34 +5,32 @@
 #include "skin/SkinnedWindow.h"
 #include "skin/clsStyle.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QWidget>
 #include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr Qt::Edges kMove;
-
 // The grab size is four pixels from each edge; the pointer shows the matching sizing arrow.
 TEST(SkinnedWindowZoneTest, GrabSizeFourFromEachEdge) {
-    const Qt::Edges tl = Qt::LeftEdge | Qt::TopEdge, br = Qt::RightEdge | Qt::BottomEdge;
-    const Qt::Edges tr = Qt::RightEdge | Qt::TopEdge, bl = Qt::LeftEdge | Qt::BottomEdge;
-    const std::tuple<QPointF, Qt::Edges, Qt::CursorShape> zones[] = {
-        {{0, 0}, tl, Qt::SizeFDiagCursor},
-        {{4, 4}, tl, Qt::SizeFDiagCursor},
-        {{4, 76}, bl, Qt::SizeBDiagCursor},
-        {{2, 40}, Qt::LeftEdge, Qt::SizeHorCursor},
-        {{96, 4}, tr, Qt::SizeBDiagCursor},
-        {{50, 0}, Qt::TopEdge, Qt::SizeVerCursor},
-        {{50, 4}, Qt::TopEdge, Qt::SizeVerCursor},
-        {{96, 76}, br, Qt::SizeFDiagCursor},
-        {{99, 40}, Qt::RightEdge, Qt::SizeHorCursor},
-        {{50, 79}, Qt::BottomEdge, Qt::SizeVerCursor},
-        {{5, 5}, kMove, Qt::ArrowCursor},
-        {{95, 75}, kMove, Qt::ArrowCursor},
-        {{4.5, 40}, kMove, Qt::ArrowCursor}};
-    for (const auto& [at, edges, cursor] : zones) {
-        EXPECT_EQ(SkinnedWindow::EdgeZone(at, QSizeF(100, 80)), edges) << at.x() << "," << at.y();
-        EXPECT_EQ(SkinnedWindow::ZoneCursor(edges), cursor) << at.x() << "," << at.y();
+    QStringList zones;
+    for (QPointF at : {QPointF(0, 0), QPointF(4, 4), QPointF(4, 76), QPointF(2, 40), QPointF(96, 4),
+                       QPointF(50, 0), QPointF(50, 4), QPointF(96, 76), QPointF(99, 40), QPointF(50, 79),
+                       QPointF(5, 5), QPointF(95, 75), QPointF(4.5, 40)}) {
+        const Qt::Edges edges = SkinnedWindow::EdgeZone(at, QSizeF(100, 80));
+        zones << Summary(edges.toInt(), SkinnedWindow::ZoneCursor(edges));
     }
+    // Edge bits (1 top, 2 left, 4 right, 8 bottom, none: move) and the pointer (0 arrow,
+    // 5 vertical, 6 horizontal, 7 rising and 8 falling diagonal).
+    EXPECT_EQ(zones.join(u'|'), u"3 8|3 8|10 7|2 6|5 7|1 5|1 5|12 8|4 6|8 5|0 0|0 0|0 0"_s);
 }
 
 // A skinned window that records what it is asked to do.
@@ -45,10 +43,16 @@ public:
     void Press(QPointF at, Qt::MouseButton button = Qt::LeftButton) {
         Q_EMIT picSkin()->MousePressed(button, at);
     }
-    void Move(QPointF at, Qt::MouseButtons buttons = Qt::NoButton) {
-        Q_EMIT picSkin()->MouseMoved(buttons, at);
+    void Move(QPointF at) { Q_EMIT picSkin()->MouseMoved(Qt::NoButton, at); }
+    // Pixels at the button and in the middle, the drags begun, whether the surface sets a pointer.
+    QString State() {
+        QStringList edges;
+        for (Qt::Edges e : std::as_const(drags)) {
+            edges << QString::number(e.toInt());
+        }
+        return Summary(picSkin()->Image().pixelColor(140, 10), picSkin()->Image().pixelColor(80, 50),
+                       edges.join(u','), picSkin()->testAttribute(Qt::WA_SetCursor));
     }
-    void Release(QPointF at) { Q_EMIT picSkin()->MouseReleased(Qt::LeftButton, at); }
 
     QStringList handled;
     QList<Qt::Edges> drags;
@@ -57,71 +61,161 @@ protected:
     void BeginSystemDrag(Qt::Edges edges) override { drags.append(edges); }
 };
 
-class SkinnedWindowTest : public ::testing::Test, public SkinFixture {
-protected:
-    void SetUp() override {
-        Load(QStringLiteral("Win"));
-        ASSERT_TRUE(host.messages.isEmpty());
-        window.resize(160, 100);
-        window.show();
-    }
-
-    QColor Pixel(int x, int y) { return window.picSkin()->Image().pixelColor(x, y); }
-
-    RecordingWindow window{skin, frmTamselSkin::KindChannel};
-};
-
 // The window starts without a native frame; its surface covers and follows it, another skin and
-// another size repaint it. Presses that no entity takes move or resize the window.
-TEST_F(SkinnedWindowTest, ItsSurfaceFollowsItAndPressesBesideTheEntitiesMoveOrResizeIt) {
-    EXPECT_FALSE(window.Framed());
-    EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
+// another size repaint it. Presses that no entity takes move (0) or resize (edge bits: 1 top,
+// 2 left, 4 right, 8 bottom) the window. With the native frame the skin neither moves nor
+// resizes; without it the pointer shows the sizing arrows and hover is handed to the skin.
+TEST(SkinnedWindowTest, ItsSurfaceFollowsItAndPressesBesideTheEntitiesMoveOrResizeIt) {
+    SkinFixture fixture;
+    fixture.Load(u"Win"_s);
+    ASSERT_TRUE(fixture.host.messages.isEmpty());
+    RecordingWindow window{fixture.skin, frmTamselSkin::KindChannel};
+    window.resize(160, 100);
+    window.show();
+    EXPECT_EQ(Summary(window.Framed(), window.windowFlags().testFlag(Qt::FramelessWindowHint)), u"0 1"_s);
     EXPECT_EQ(window.picSkin()->geometry(), window.rect());
-    EXPECT_EQ(Pixel(140, 10), QColor(Qt::red));
-    EXPECT_EQ(Pixel(80, 50), QColor(Qt::white));
     window.Press(QPointF(80, 50));
     window.Press(QPointF(1, 1));
     window.Press(QPointF(159, 50));
     window.Press(QPointF(80, 50), Qt::RightButton);
-    EXPECT_EQ(window.drags, (QList<Qt::Edges>{kMove, Qt::LeftEdge | Qt::TopEdge, Qt::RightEdge}));
-    window.drags.clear();
     window.Press(QPointF(145, 14));
-    EXPECT_TRUE(window.drags.isEmpty());
-    window.Release(QPointF(145, 14));
-    EXPECT_EQ(window.handled, QStringList{QStringLiteral("close")});
+    EXPECT_EQ(window.State(), u"#ff0000 #ffffff 0,3,4 0"_s);
+    Q_EMIT window.picSkin()->MouseReleased(Qt::LeftButton, QPointF(145, 14));
+    EXPECT_EQ(window.handled, QStringList{u"close"_s});
 
-    Load(QStringLiteral("Plain"), QStringLiteral("defineframe channel\nframecolor &hFF0000\n"));
-    EXPECT_EQ(Pixel(140, 10), QColor(Qt::blue));
-    EXPECT_EQ(Pixel(80, 50), QColor(Qt::blue));
-    window.resize(200, 120);
-    EXPECT_EQ(window.picSkin()->Image().size(), QSize(200, 120));
-    EXPECT_EQ(Pixel(190, 110), QColor(Qt::blue));
-}
-
-// With the native frame the skin neither moves nor resizes; without it the pointer shows the
-// sizing arrows and hover is handed to the skin.
-TEST_F(SkinnedWindowTest, TheNativeFrameTakesOverMovingAndSizing) {
+    window.drags.clear();
     window.SetFramed(true);
-    EXPECT_TRUE(window.Framed());
-    EXPECT_FALSE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_TRUE(window.WindowStyle().Sizable());
+    EXPECT_EQ(Summary(window.Framed(), window.windowFlags().testFlag(Qt::FramelessWindowHint),
+                      window.WindowStyle().Sizable()),
+              u"1 0 1"_s);
     window.Press(QPointF(80, 50));
     window.Move(QPointF(1, 50));
-    EXPECT_TRUE(window.drags.isEmpty());
-    EXPECT_FALSE(window.picSkin()->testAttribute(Qt::WA_SetCursor));
+    EXPECT_EQ(window.State(), u"#ff0000 #ffffff  0"_s);
     window.SetFramed(false);
     window.Press(QPointF(80, 50));
-    EXPECT_EQ(window.drags.size(), 1);
-
     window.Move(QPointF(158, 98));
     EXPECT_EQ(window.picSkin()->cursor().shape(), Qt::SizeFDiagCursor);
     window.Move(QPointF(80, 50));
-    EXPECT_FALSE(window.picSkin()->testAttribute(Qt::WA_SetCursor));
-    Load(QStringLiteral("Win"), QStringLiteral("defineframe channel\nframecolor &hFFFFFF\ndefineentity 1\n"
-                                               "window channel\nimage x.png\nimagemousemove h.png\n"
-                                               "function Close\ntop 6\nleft -6\n"));
+    EXPECT_EQ(window.State(), u"#ff0000 #ffffff 0 0"_s);
+    fixture.Load(u"Win"_s, u"defineframe channel\nframecolor &hFFFFFF\ndefineentity 1\nwindow channel\n"
+                           "image x.png\nimagemousemove h.png\nfunction Close\ntop 6\nleft -6\n"_s);
     window.Move(QPointF(145, 14));
-    EXPECT_EQ(Pixel(140, 10), QColor(Qt::green));
+    EXPECT_EQ(window.State(), u"#00ff00 #ffffff 0 0"_s);
+
+    fixture.Load(u"Plain"_s, u"defineframe channel\nframecolor &hFF0000\n"_s);
+    EXPECT_EQ(window.State(), u"#0000ff #0000ff 0 0"_s);
+    window.resize(200, 120);
+    EXPECT_EQ(window.picSkin()->Image().size(), QSize(200, 120));
+    EXPECT_EQ(window.picSkin()->Image().pixelColor(190, 110), QColor(Qt::blue));
+}
+
+class clsStyleTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        window.resize(240, 160);
+        style.SetClient(&window);
+    }
+
+    QWidget window;
+    clsStyle style;
+};
+
+// Each property sets its style bit and, while the window has a caption, the matching window flag.
+TEST_F(clsStyleTest, PropertiesSetTheStyleBitAndTheWindowFlag) {
+    // Name, writer, style bit, whether it is an extended bit, the window flag (none for sizing).
+    using Property =
+        std::tuple<const char*, std::function<void(clsStyle&, bool)>, quint32, bool, Qt::WindowFlags>;
+    const Property properties[] = {
+        {"ControlBox", &clsStyle::SetControlBox, clsStyle::kSysMenu, false, Qt::WindowSystemMenuHint},
+        {"MaxButton", &clsStyle::SetMaxButton, clsStyle::kMaximizeBox, false, Qt::WindowMaximizeButtonHint},
+        {"MinButton", &clsStyle::SetMinButton, clsStyle::kMinimizeBox, false, Qt::WindowMinimizeButtonHint},
+        {"Sizable", &clsStyle::SetSizable, clsStyle::kThickFrame, false, {}},
+        {"ToolWindow", &clsStyle::SetToolWindow, clsStyle::kExToolWindow, true, Qt::Tool},
+        {"WhatsThis", &clsStyle::SetWhatsThisButton, clsStyle::kExContextHelp, true,
+         Qt::WindowContextHelpButtonHint},
+        {"TopMost", &clsStyle::SetTopMost, clsStyle::kExTopMost, true, Qt::WindowStaysOnTopHint},
+    };
+    for (const auto& [name, write, bit, extended, flag] : properties) {
+        // A caption and nothing else: buttons would bring the window menu along.
+        style.SetStyle(clsStyle::kCaption);
+        style.SetExStyle(0);
+        for (bool on : {true, false, true}) {
+            SCOPED_TRACE(testing::Message() << name << " " << on);
+            write(style, on);
+            EXPECT_EQ(((extended ? style.ExStyle() : style.Style()) & bit) == bit, on);
+            EXPECT_TRUE(flag == Qt::WindowFlags() || ((window.windowFlags() & flag) == flag) == on);
+        }
+    }
+    // Writing a set bit leaves the style and still redraws.
+    style.SetSizable(true);
+    const quint32 before = style.Style();
+    QSignalSpy redrawn(&style, &clsStyle::FrameRedrawn);
+    style.SetSizable(true);
+    EXPECT_EQ(style.Style(), before);
+    EXPECT_EQ(redrawn.count(), 1);
+}
+
+// Without sizing border the size is fixed until it comes back. The title bar is the native frame
+// and either half of the caption bits; a visible window stays visible and keeps its client area.
+// Styles belong to the window, not to one clsStyle.
+TEST_F(clsStyleTest, TheSizingBorderAndTheTitlebarFollowTheStyleBits) {
+    window.setMinimumSize(50, 40);
+    // Minimum and maximum size; caption bits, frameless, visible, geometry kept.
+    const auto sizes = [&] {
+        return Summary(window.minimumSize().width(), window.minimumSize().height(),
+                       window.maximumSize().width(), window.maximumSize().height());
+    };
+    style.SetSizable(false);
+    EXPECT_EQ(sizes(), u"240 160 240 160"_s);
+    style.SetSizable(true);
+    EXPECT_EQ(sizes(), Summary(50, 40, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+    window.show();
+    const QRect before = window.geometry();
+    const auto frame = [&] {
+        return Summary(style.Style() & clsStyle::kCaption,
+                       window.windowFlags().testFlag(Qt::FramelessWindowHint), window.isVisible(),
+                       window.geometry().size() == before.size());
+    };
+    style.SetTitlebar(false);
+    EXPECT_EQ(frame(), u"0 1 1 1"_s);
+    EXPECT_EQ(window.geometry(), before);
+    style.SetTitlebar(true);
+    EXPECT_EQ(frame(), Summary(clsStyle::kCaption, 0, 1, 1));
+    for (quint32 half : {0x00800000U, 0x00400000U}) {
+        style.SetStyle(half | clsStyle::kSysMenu);
+        EXPECT_TRUE(style.Titlebar()) << half;
+    }
+    clsStyle second;
+    second.SetClient(&window);
+    EXPECT_EQ(second.Style(), 0x00400000U | clsStyle::kSysMenu);
+    clsStyle lone;
+    lone.SetTitlebar(true);
+    EXPECT_FALSE(lone.Titlebar());
+}
+
+TEST_F(clsStyleTest, RightClickOpensTheWindowMenuOnlyWhenAsked) {
+    style.SetTitlebar(true);
+    style.SetMinButton(true);
+    style.SetMaxButton(false);
+    window.show();
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(20, 20), window.mapToGlobal(QPointF(20, 20)),
+                        Qt::RightButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &release);
+    EXPECT_EQ(style.SysMenu(), nullptr);
+
+    style.SetAutoSysMenu(true);
+    QApplication::sendEvent(&window, &release);
+    ASSERT_NE(style.SysMenu(), nullptr);
+    // Each entry as its text, "-" for the separator, marked when disabled.
+    QStringList entries;
+    const QList<QAction*> actions = style.SysMenu()->actions();
+    for (const QAction* action : actions) {
+        entries << (action->isSeparator() ? u"-"_s : action->text()) +
+                       (action->isEnabled() ? u""_s : u" (off)"_s);
+    }
+    ASSERT_EQ(entries.join(u'|'), u"&Restore (off)|Mi&nimize|Ma&ximize (off)|-|&Close"_s);
+    actions.at(4)->trigger();
+    EXPECT_FALSE(window.isVisible());
 }
 
 } // namespace

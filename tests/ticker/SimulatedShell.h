@@ -19,8 +19,7 @@ struct SimulatedDesktop {
 // The screen is 1000 by 600 with a 40-pixel task bar at the bottom; QueryPos keeps bars off it.
 class SimulatedShell final : public AppBarShell {
 public:
-    static constexpr int kTaskBar = 40;
-
+    static constexpr QRect kScreen{0, 0, 1000, 600};
     explicit SimulatedShell(SimulatedDesktop& desktop) : m_desktop(desktop) {}
 
     bool Register() override { return Log(QStringLiteral("New")); }
@@ -52,9 +51,9 @@ public:
     void Activate() override { Log(QStringLiteral("Activate")); }
     void WindowPosChanged() override { Log(QStringLiteral("WindowPosChanged")); }
 
-    QRect ScreenRect() const override { return screen; }
-    QRect WorkArea() const override { return screen.adjusted(0, 0, 0, -kTaskBar); }
-    AppBarMetrics Metrics() const override { return metrics; }
+    QRect ScreenRect() const override { return kScreen; }
+    QRect WorkArea() const override { return kScreen.adjusted(0, 0, 0, -40); }
+    AppBarMetrics Metrics() const override { return {}; }
     QRect WindowRect() const override { return window; }
     void MoveWindow(const QRect& rect) override {
         Log(QStringLiteral("Move %1").arg(Text(rect)));
@@ -76,12 +75,10 @@ public:
 
     QStringList log;
     QStringList messages;
-    QRect screen{0, 0, 1000, 600};
     QRect window{100, 100, 300, 50};
     QRect reserved;
     QPoint cursor{500, 300};
     bool active = false;
-    AppBarMetrics metrics;
 
 private:
     SimulatedDesktop& m_desktop;

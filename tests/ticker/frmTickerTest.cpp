@@ -4,21 +4,24 @@
 
 #include "itembank/clsItemBank.h"
 #include "itembank/modItemHandler.h"
+#include "platform/XsltStylesheet.h"
 #include "skin/SkinTestSupport.h"
+#include "support/FakeHttpClient.h"
 #include "support/QStringPrinter.h"
 #include "support/RecordingDesktop.h"
 #include "ticker/TickerItemView.h"
 #include "ticker/frmTicker.h"
+#include "ticker/frmTickerView.h"
+#include "views/GuardedBrowser.h"
+#include "views/ImageLoader.h"
 
 #include <QFile>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
-
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -81,6 +84,10 @@ protected:
         return done();
     }
     void Tick() { fixture.clock.Advance(ticker->Interval()); }
+    // The entry on show: index, text, source and time.
+    QString Entry() {
+        return Summary(ticker->Index(), ticker->EntryText(), ticker->EntrySource(), ticker->EntryTime());
+    }
     qsizetype PixelsOf(QRgb colour) {
         const QImage image = ticker->picSkin()->Image().convertToFormat(QImage::Format_RGB32);
         const auto* pixels = reinterpret_cast<const QRgb*>(image.constBits());
@@ -99,16 +106,13 @@ protected:
 };
 
 TEST_F(TickerTest, UnknownOrEmptyEffectsScrollHorizontally) {
-    const std::pair<QString, int> cases[] = {
-        {u"7"_s, frmTicker::EffectHorizontal}, {QString(), frmTicker::EffectHorizontal},
-        {u"x"_s, frmTicker::EffectHorizontal}, {u"2"_s, frmTicker::EffectVertical},
-        {u"3"_s, frmTicker::EffectFade},       {u"4"_s, frmTicker::EffectType},
-    };
-    for (const auto& [setting, effect] : cases) {
-        SCOPED_TRACE(setting.toStdString());
-        EXPECT_EQ(Open(setting).CurrentEffect(), effect);
+    QStringList effects;
+    for (const QString& setting : {u"7"_s, QString(), u"x"_s, u"2"_s, u"3"_s, u"4"_s}) {
+        effects << QString::number(Open(setting).CurrentEffect());
         delete ticker.data();
     }
+    // Horizontal, vertical, fade and typewriter are 1 to 4.
+    EXPECT_EQ(effects.join(u' '), u"1 1 1 2 3 4"_s);
 }
 
 // Entry texts follow the title up to 80 letters and fall back to the description; placeholders
@@ -122,10 +126,7 @@ TEST_F(TickerTest, EntriesFollowTheListAndSayWhenItIsEmpty) {
     for (int i = 0; i < expected.size(); ++i) {
         SCOPED_TRACE(i);
         Tick();
-        EXPECT_EQ(ticker->Index(), i);
-        EXPECT_EQ(ticker->EntryText(), expected.at(i));
-        EXPECT_EQ(ticker->EntrySource(), u"Channel A"_s);
-        EXPECT_EQ(ticker->EntryTime(), u"08:15:00"_s);
+        EXPECT_EQ(Entry(), Summary(i, expected.at(i), u"Channel A"_s, u"08:15:00"_s));
         EXPECT_EQ(ticker->DecodeText(u"{chl} and {chl} at {time}, {hrs} h"_s),
                   u"Channel A and {chl} at 08:15:00, 3 h"_s);
         ticker->SkinHandler(u"next"_s);
@@ -136,8 +137,7 @@ TEST_F(TickerTest, EntriesFollowTheListAndSayWhenItIsEmpty) {
     SetItemRead(bank->UnreadTodayList().back(), true);
     ticker->SkinHandler(u"prev"_s);
     Tick();
-    EXPECT_EQ(ticker->EntryText(), expected.at(3));
-    EXPECT_EQ(ticker->Index(), 3);
+    EXPECT_EQ(Entry(), Summary(3, expected.at(3), u"Channel A"_s, u"08:15:00"_s));
     ticker->SkinHandler(u"next"_s);
     Tick();
     EXPECT_EQ(ticker->EntryText(), u"Abc"_s);
@@ -147,9 +147,7 @@ TEST_F(TickerTest, EntriesFollowTheListAndSayWhenItIsEmpty) {
     WriteItems(fixture.home.File(u"empty.xml"_s));
     ticker->ProfileChanged();
     Tick();
-    EXPECT_EQ(ticker->EntryText(), u"No Unread Items For Today"_s);
-    EXPECT_EQ(ticker->EntrySource(), u"Tamsel"_s);
-    EXPECT_TRUE(ticker->EntryTime().isEmpty());
+    EXPECT_EQ(Entry().section(u' ', 1), u"No Unread Items For Today Tamsel "_s);
     QTest::mouseClick(ticker->picSkin(), Qt::LeftButton, {}, QPoint(100, 10));
     EXPECT_TRUE(view.shown.isEmpty());
     bank.reset();
@@ -164,9 +162,9 @@ TEST_F(TickerTest, ALeftOrRightBarDrawsTheSkinButNoText) {
         ticker->resize(edge % 2 == 0 ? QSize(20, 400) : QSize(400, 20));
         const bool horizontal = edge == 1 || edge == 3;
         ASSERT_TRUE(TickUntil([&] { return ticker->Interval() == 500; }));
-        EXPECT_EQ(ticker->Printed(), horizontal);
-        EXPECT_EQ(PixelsOf(qRgb(255, 0, 0)) > 0, horizontal);
-        EXPECT_GT(PixelsOf(qRgb(0, 255, 0)), 0);
+        // Text printed, red text pixels, green bar pixels.
+        EXPECT_EQ(Summary(ticker->Printed(), PixelsOf(qRgb(255, 0, 0)) > 0, PixelsOf(qRgb(0, 255, 0)) > 0),
+                  Summary(horizontal, horizontal, 1));
         delete ticker.data();
     }
 }
@@ -176,8 +174,7 @@ TEST_F(TickerTest, ALeftOrRightBarDrawsTheSkinButNoText) {
 TEST_F(TickerTest, HorizontalTextSlowsRestsOnceAtTheCentreAndLeaves) {
     Open().resize(600, 20);
     Tick();
-    EXPECT_EQ(ticker->EntryText(), u"Abc"_s);
-    EXPECT_EQ(ticker->PrintPos().x(), 600);
+    EXPECT_EQ(Summary(ticker->EntryText(), ticker->PrintPos().x()), u"Abc 600"_s);
     Tick();
     const int entering = int(ticker->Interval());
     EXPECT_LT(entering, 30);
@@ -207,8 +204,8 @@ TEST_F(TickerTest, HorizontalTextSlowsRestsOnceAtTheCentreAndLeaves) {
 TEST_F(TickerTest, VerticalTextRisesAndRestsFiveSecondsAtTheCentre) {
     Open(u"2"_s).resize(400, 20);
     ASSERT_TRUE(TickUntil([&] { return ticker->Interval() == 5000; }));
-    EXPECT_EQ(ticker->PrintPos().y(), std::floor((20 - ticker->TextSize().height()) / 2) - 1);
-    EXPECT_EQ(ticker->PrintPos().x(), ticker->RestX());
+    EXPECT_EQ(ticker->PrintPos(),
+              QPointF(ticker->RestX(), std::floor((20 - ticker->TextSize().height()) / 2) - 1));
     Tick();
     EXPECT_EQ(ticker->Interval(), 50u);
     ASSERT_TRUE(TickUntil([&] { return ticker->EntryText() == u"Next"_s; }));
@@ -217,19 +214,20 @@ TEST_F(TickerTest, VerticalTextRisesAndRestsFiveSecondsAtTheCentre) {
 // A hundred steps of 30 ms fade in, a 3 s hold, a hundred steps out.
 TEST_F(TickerTest, AFadeTakesAHundredStepsInAHoldAndAHundredOut) {
     Open(u"3"_s);
-    fixture.clock.Advance(20);
-    EXPECT_EQ(ticker->EntryText(), u"Abc"_s);
-    EXPECT_EQ(ticker->PrintColor(), frmTicker::BlendColor(kRed, kWhite, 1));
-    fixture.clock.Advance(99 * 30);
-    EXPECT_EQ(ticker->PrintColor(), kRed);
-    EXPECT_EQ(ticker->Interval(), 3000u);
-    fixture.clock.Advance(3000 + 99 * 30 - 1);
-    EXPECT_EQ(ticker->EntryText(), u"Abc"_s);
-    EXPECT_EQ(ticker->PrintColor(), frmTicker::BlendColor(kRed, kWhite, 1));
-    fixture.clock.Advance(1);
-    EXPECT_EQ(ticker->PrintColor(), kWhite);
-    fixture.clock.Advance(29);
-    EXPECT_EQ(ticker->EntryText(), u"Abc"_s);
+    // Milliseconds to advance, then the colour of "Abc" and the next step's delay.
+    const std::tuple<int, quint32, quint32> steps[] = {
+        {20, frmTicker::BlendColor(kRed, kWhite, 1), 30},
+        {99 * 30, kRed, 3000},
+        {3000 + 99 * 30 - 1, frmTicker::BlendColor(kRed, kWhite, 1), 30},
+        {1, kWhite, 30},
+        {29, kWhite, 30},
+    };
+    for (const auto& [ms, colour, delay] : steps) {
+        fixture.clock.Advance(ms);
+        EXPECT_EQ(Summary(ticker->EntryText(), ticker->PrintColor(), ticker->Interval()),
+                  Summary(u"Abc"_s, colour, delay))
+            << ms;
+    }
     fixture.clock.Advance(1);
     EXPECT_EQ(ticker->EntryText(), u"Next"_s);
 }
@@ -237,17 +235,12 @@ TEST_F(TickerTest, AFadeTakesAHundredStepsInAHoldAndAHundredOut) {
 TEST_F(TickerTest, TheTypewriterShowsOneMoreLetterEveryTenthOfASecond) {
     Open(u"4"_s);
     fixture.clock.Advance(20);
-    for (const char* text : {"A_", "Ab_", "Abc_"}) {
-        EXPECT_EQ(ticker->ShownText(), QString::fromUtf8(text));
-        EXPECT_EQ(ticker->Interval(), 100u);
-        fixture.clock.Advance(100);
+    QStringList shown;
+    for (const int ms : {0, 100, 100, 100, 4999, 1}) {
+        fixture.clock.Advance(ms);
+        shown << Summary(ticker->ShownText(), ticker->Interval());
     }
-    EXPECT_EQ(ticker->ShownText(), u"Abc"_s);
-    EXPECT_EQ(ticker->Interval(), 5000u);
-    fixture.clock.Advance(4999);
-    EXPECT_EQ(ticker->EntryText(), u"Abc"_s);
-    fixture.clock.Advance(1);
-    EXPECT_EQ(ticker->ShownText(), u"N_"_s);
+    EXPECT_EQ(shown.join(u'|'), u"A_ 100|Ab_ 100|Abc_ 100|Abc 5000|Abc 5000|N_ 100"_s);
 }
 
 // A click opens the item view below a top bar; the ticker goes on until it rests at the centre
@@ -297,8 +290,9 @@ TEST_F(TickerTest, SkinButtonsMenuAndDocking) {
 
     EXPECT_EQ(shell->window, QRect(0, 0, 1000, 20));
     ticker->DockBar(3);
-    EXPECT_EQ(fixture.settings.GetSetting(frmTicker::kSection, u"Edge"_s, QString()), u"3"_s);
-    EXPECT_EQ(shell->reserved, QRect(0, 540, 1000, 20));
+    EXPECT_EQ(Summary(fixture.settings.GetSetting(frmTicker::kSection, u"Edge"_s, QString()),
+                      SimulatedShell::Text(shell->reserved)),
+              u"3 0,540 1000x20"_s);
     Tick();
     ticker->ShowItem();
     EXPECT_EQ(view.placement.top(), ticker->screen()->geometry().top());
@@ -320,6 +314,66 @@ TEST(TickerBlendTest, BlendMovesEachByteFromTheTargetTowardTheBase) {
         EXPECT_EQ(frmTicker::BlendColor(base, target, percent), result)
             << base << " " << target << " " << percent;
     }
+}
+
+// The item view in front of the ticker's skin and item bank.
+class TickerViewTest : public TickerTest {
+protected:
+    std::unique_ptr<frmTickerView> OpenView() {
+        return std::make_unique<frmTickerView>(
+            fixture.skin, fixture.settings, fixture.clock, desktop, images, namespaceTransform,
+            [this] { return pagePath; }, [this](const XmlNode& item) { reported << GetItemTitle(item); });
+    }
+
+    FakeHttpClient http;
+    ImageLoader images{http};
+    XsltStylesheet namespaceTransform =
+        XsltStylesheet::Load(QStringLiteral(TAMSEL_BUILD_DATA_DIR "/tamselns.xsl"));
+    QString pagePath = fixture.home.GetPaths().ProfileFolder(u"Reader"_s) + u"/tck_tmp.html"_s;
+    QStringList reported;
+};
+
+// Without a saved height the view opens 300 pixels high; a link leaves it on the item.
+TEST_F(TickerViewTest, ShowingAnItemMarksItReadAndSlidesOpenToThePanelHeight) {
+    auto view = OpenView();
+    const XmlNode item = bank->UnreadTodayList().front();
+    view->ShowItem(item, QRect(100, 20, 600, 0));
+    EXPECT_EQ(Summary(IsItemRead(item), bank->UnreadTodayList().size(), reported.join(u'|')), u"1 4 Abc"_s);
+    QFile page(pagePath);
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(page.readAll().contains("Body of Abc"));
+
+    int last = view->height();
+    EXPECT_EQ(last, 0);
+    for (int ticks = 0; view->height() < 300 && ticks < 100; ++ticks) {
+        fixture.clock.Advance(20);
+        EXPECT_FALSE(view->height() < 300 && view->webView().isVisible());
+        EXPECT_GT(view->height(), last);
+        last = view->height();
+    }
+    EXPECT_EQ(Summary(view->width(), view->height(), view->webView().isVisible()), u"600 300 1"_s);
+
+    EXPECT_FALSE(view->webView().BeforeNavigate(QUrl(QStringLiteral("https://b.example/more"))));
+    EXPECT_EQ(desktop.opened, QStringList({QStringLiteral("https://b.example/more")}));
+    EXPECT_EQ(view->CurrentItem(), item);
+    EXPECT_EQ(view->webView().CurrentDocument(), pagePath);
+}
+
+TEST_F(TickerViewTest, HidingSlidesShutAndKeepsThePanelHeight) {
+    fixture.settings.SaveSetting(QStringLiteral("Ticker"), QStringLiteral("PanelHeight"),
+                                 QStringLiteral("180"));
+    auto view = OpenView();
+    view->ShowItem(bank->UnreadTodayList().front(), QRect(0, 20, 400, 0));
+    fixture.clock.Advance(2000);
+    EXPECT_EQ(view->height(), 180);
+    view->HideItem();
+    EXPECT_TRUE(view->CurrentItem().IsNull());
+    fixture.clock.Advance(20);
+    EXPECT_EQ(Summary(view->height(), view->webView().isVisible()), Summary(180 - (90 + 5), 0));
+    fixture.clock.Advance(2000);
+    EXPECT_FALSE(view->IsVisible());
+    EXPECT_EQ(fixture.settings.GetSetting(QStringLiteral("Ticker"), QStringLiteral("PanelHeight"), QString()),
+              QStringLiteral("180"));
 }
 
 } // namespace
