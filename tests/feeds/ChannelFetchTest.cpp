@@ -4,12 +4,8 @@
 // slots, the HEAD check, the load, time-outs and back-off, and the stamping of items.
 #include "FeedsFixture.h"
 
-#include "app/RefreshCoordinator.h"
-#include "app/SharedHelpers.h"
-#include "feeds/RSSChannel.h"
-#include "platform/XmlDocument.h"
-
 #include <QDateTime>
+#include <QRegularExpression>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -200,16 +196,14 @@ TEST_F(ChannelFetchTest, ChannelsShareFourSlots) {
         << "its completion gives back nothing it did not take";
 }
 
+// The cached copy of the first channel made (id A01) loads when the channel is made.
 TEST_F(ChannelFetchTest, LocalCopyLoadsWithoutSlotOrViewer) {
-    auto channel = std::make_unique<RSSChannel>(ChannelServices());
-    channel->CreateRSS(kFeedUrl);
-    channel->SetUsername(kProfile);
+    home.Write(u"profiles/Tester/A01.xml"_s, ExampleFeed());
+    auto channel = NewChannel();
     channel->SetOpenLink(true);
-    home.Write(u"profiles/Tester/"_s + channel->ID() + u".xml"_s, ExampleFeed());
-    channel->LoadLocal(ProfileFolder());
     ASSERT_TRUE(channel->LocalLoad());
-    const QString local = QUrl::fromLocalFile(ProfileFolder() + channel->ID() + u".xml"_s).toString();
-    ASSERT_TRUE(http.Complete(local, "GET", ExampleFeed()));
+    ASSERT_TRUE(
+        http.Complete(QUrl::fromLocalFile(ProfileFolder() + u"A01.xml"_s).toString(), "GET", ExampleFeed()));
     EXPECT_FALSE(channel->LocalLoad());
     EXPECT_EQ(State(*channel), u"Example News: newitems, idle, 0 slots, 2 items, every 7000 ms"_s);
     EXPECT_FALSE(channel->IsViewerLoaded()) << "a local load never opens the viewer";
@@ -246,18 +240,16 @@ TEST_F(ChannelFetchTest, LoadedFeedsLeaveTheExpectedRecordAndItems) {
 
 // The rows of data/item-dates.txt.
 TEST(ParseItemDateTest, ReadsTheFormsLeftByTheStylesheet) {
-    int rows = 0;
-    for (const QString& line : QString::fromUtf8(ReadData(u"item-dates.txt"_s)).split(u'\n')) {
-        if (line.isEmpty() || line.startsWith(u'#')) {
-            continue;
-        }
-        ++rows;
+    const QStringList rows = QString::fromUtf8(ReadData(u"item-dates.txt"_s))
+                                 .split(u'\n', Qt::SkipEmptyParts)
+                                 .filter(QRegularExpression(u"^[^#]"_s));
+    ASSERT_EQ(rows.size(), 17);
+    for (const QString& line : rows) {
         const QDateTime parsed = RSSChannel::ParseItemDate(line.section(u'|', 0, 0));
         EXPECT_EQ(parsed.isValid() ? parsed.toString(u"yyyy-MM-dd HH:mm:ss"_s) : QString(),
                   line.section(u'|', 1))
             << line.toStdString();
     }
-    EXPECT_EQ(rows, 17);
 }
 
 } // namespace

@@ -2,15 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FeedsFixture.h"
 
-#include "feeds/RSSChannel.h"
-#include "feeds/colChannels.h"
-#include "itembank/clsItemBank.h"
-#include "platform/XmlDocument.h"
-
 #include <QCoreApplication>
-#include <QDir>
 #include <QEvent>
-#include <QFile>
 
 FeedsFixture::FeedsFixture(bool serveSpotlight, Network kind)
     : settings(home.GetPaths()),
@@ -38,16 +31,12 @@ void FeedsFixture::Activate(bool keepMakerChannels) {
     host.ClearStateChanges();
 }
 
-clsItemBank& FeedsFixture::Bank() const {
-    return *profile.ItemBank();
-}
-
-ItemList FeedsFixture::Items(const QString& url) const {
-    return Bank().SubChannelList(url, QString(), QString());
-}
-
-QString FeedsFixture::ProfileFolder() const {
-    return home.GetPaths().ProfileFolder(kProfile) + u'/';
+QStringList FeedsFixture::Titles(const QString& url) const {
+    QStringList titles;
+    for (const XmlNode& item : Items(url)) {
+        titles.append(GetItemTitle(item));
+    }
+    return titles;
 }
 
 FeedServices FeedsFixture::ChannelServices() {
@@ -91,10 +80,6 @@ QByteArray ReadData(const QString& name) {
 
 QStringList DataFiles(const QString& pattern) {
     return QDir(QStringLiteral(TAMSEL_TEST_DATA_DIR)).entryList({pattern}, QDir::Files, QDir::Name);
-}
-
-QByteArray ExampleFeed() {
-    return ReadData(QStringLiteral("fetch-example.xml"));
 }
 
 QByteArray FeedWithItems(const QString& title, int count) {

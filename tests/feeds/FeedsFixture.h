@@ -4,12 +4,18 @@
 
 #include "app/HeadlessHost.h"
 #include "app/MakerSite.h"
+#include "app/RefreshCoordinator.h"
 #include "app/Services.h"
+#include "app/SharedHelpers.h"
 #include "app/clsProfile.h"
 #include "feeds/FeedServices.h"
+#include "feeds/RSSChannel.h"
+#include "feeds/colChannels.h"
 #include "itembank/clsItemBank.h"
+#include "itembank/modItemHandler.h"
 #include "platform/CRegSettings.h"
 #include "platform/HttpClient.h"
+#include "platform/XmlDocument.h"
 #include "platform/XsltStylesheet.h"
 #include "support/FakeClock.h"
 #include "support/FakeHttpClient.h"
@@ -17,13 +23,10 @@
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 
-#include <QByteArray>
-#include <QString>
+#include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 #include <memory>
-#include <ostream>
-
-class RSSChannel;
 
 // A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
 // the shipped namespace stylesheet. Nothing is active until Activate. The Spotlight list is not
@@ -43,10 +46,12 @@ protected:
     // Activates the profile through the host. Without `keepMakerChannels` the maker's two feeds
     // are taken out again, so that only the test's own channels use the network and the slots.
     void Activate(bool keepMakerChannels = false);
-    clsItemBank& Bank() const;
+    clsItemBank& Bank() const { return *profile.ItemBank(); }
     // The items of `url` that are not deleted, in the bank of the active profile.
-    ItemList Items(const QString& url = kFeedUrl) const;
-    QString ProfileFolder() const;
+    ItemList Items(const QString& url = kFeedUrl) const { return Bank().SubChannelList(url, {}, {}); }
+    // The titles of Items(url), in the bank's order.
+    QStringList Titles(const QString& url) const;
+    QString ProfileFolder() const { return home.GetPaths().ProfileFolder(kProfile) + u'/'; }
     // What channels of this profile work with; retries use `randomValue`.
     FeedServices ChannelServices();
     // A channel the user adds, outside the profile's collection (so the test owns it).
@@ -79,7 +84,9 @@ QByteArray ReadData(const QString& name);
 QStringList DataFiles(const QString& pattern);
 // data/fetch-example.xml: channel "Example News" dated Mon, 14 Nov 2005 08:00:00 GMT, a logo, and
 // items "First" (dated Tue, 15 Nov 2005 13:45:00 GMT) and "Second" (no date).
-QByteArray ExampleFeed();
+inline QByteArray ExampleFeed() {
+    return ReadData(QStringLiteral("fetch-example.xml"));
+}
 // An RSS 2.0 feed titled `title` with `count` dated items "Item 1" ... (guids g1 ...).
 QByteArray FeedWithItems(const QString& title, int count);
 // The channel's channels.xml element alone, serialised.

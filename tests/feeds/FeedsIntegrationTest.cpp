@@ -6,10 +6,6 @@
 // awaited state is reached (bounded, so that a broken build fails instead of hanging).
 #include "FeedsFixture.h"
 
-#include "app/SharedHelpers.h"
-#include "feeds/RSSChannel.h"
-#include "feeds/colChannels.h"
-#include "itembank/modItemHandler.h"
 #include "platform/XmlSecurity.h"
 #include "support/EventPump.h"
 #include "support/LocalHttpServer.h"
@@ -25,10 +21,7 @@ protected:
     FeedsIntegrationTest() : FeedsFixture(false, Network::Real) {
         XmlSecurity::MapShippedDtds(home.GetPaths().ResourceFolder());
     }
-    void SetUp() override {
-        ASSERT_FALSE(namespaceTransform.IsNull());
-        Activate();
-    }
+    void SetUp() override { Activate(); }
 
     static bool PumpUntil(const std::function<bool()>& done) { return ::PumpUntil(done, kPumpLimitMs); }
     RSSChannel* Subscribe(const QString& path) {
@@ -38,13 +31,6 @@ protected:
     bool Check(RSSChannel* channel) {
         channel->LoadRSS();
         return PumpUntil([channel] { return !channel->Busy(); });
-    }
-    QStringList Titles(const RSSChannel* channel) const {
-        QStringList titles;
-        for (const XmlNode& item : Items(channel->URL())) {
-            titles.append(GetItemTitle(item));
-        }
-        return titles;
     }
     // The channel was left as it was, marked with an error.
     void ExpectUnchanged(const RSSChannel* channel, const QString& path) {
@@ -64,55 +50,26 @@ TEST_F(FeedsIntegrationTest, LastModifiedSparesTheDownloadAndRedirectsAreFollowe
     RSSChannel* channel = Subscribe(u"/feed"_s);
     ASSERT_TRUE(Check(channel));
     EXPECT_EQ(server.Requests(), (QStringList{u"HEAD /feed"_s, u"GET /feed"_s}));
-    EXPECT_EQ(Titles(channel), (QStringList{u"Item 1"_s, u"Item 2"_s, u"Item 3"_s}));
-    EXPECT_EQ(GetItemDate(Items(channel->URL())[0]), u"15 Nov 2005"_s);
-    EXPECT_EQ(GetItemTime(Items(channel->URL())[0]), u"13:45:00"_s);
+    EXPECT_EQ(Titles(channel->URL()), (QStringList{u"Item 1"_s, u"Item 2"_s, u"Item 3"_s}));
     EXPECT_EQ(host.Coordinator().ConnCount(), 0);
     server.ClearRequests();
     ASSERT_TRUE(Check(channel));
     EXPECT_EQ(server.Requests(), QStringList{u"HEAD /feed"_s});
-    server.ServeXml(u"/feed"_s, FeedWithItems(u"Server News"_s, 4), "Wed, 16 Nov 2005 09:00:00 GMT");
-    server.ClearRequests();
-    ASSERT_TRUE(Check(channel));
-    EXPECT_EQ(server.Requests(), (QStringList{u"HEAD /feed"_s, u"GET /feed"_s}));
-    EXPECT_EQ(Items(channel->URL()).size(), 4u);
 
     server.ServeXml(u"/new"_s, ReadData(u"fetch-later-fields.xml"_s));
     server.Redirect(u"/old"_s, server.Url(u"/new"_s));
     RSSChannel* moved = Subscribe(u"/old"_s);
     ASSERT_TRUE(Check(moved));
     EXPECT_EQ(moved->Title(), u"Two"_s);
-    EXPECT_EQ(Titles(moved), QStringList{u"A"_s});
+    EXPECT_EQ(Titles(moved->URL()), QStringList{u"A"_s});
 }
 
-// A server that hangs ends in the time-out; an answer held past it reaches nobody.
-TEST_F(FeedsIntegrationTest, TimeOutEndsAHangingCheckAndTheLateAnswerIsIgnored) {
-    server.Serve(u"/slow"_s, {.hang = true});
-    RSSChannel* slow = Subscribe(u"/slow"_s);
-    slow->LoadRSS();
-    ASSERT_TRUE(PumpUntil([this] { return server.Requests().contains(u"HEAD /slow"_s); }));
-    clock.Advance(RSSChannel::kTimeOutMs);
-    EXPECT_FALSE(slow->Busy());
-    ExpectUnchanged(slow, u"/slow"_s);
-    EXPECT_EQ(host.Coordinator().ConnCount(), 0);
-
-    server.Serve(u"/late"_s, {.body = FeedWithItems(u"Too Late"_s, 2), .hold = true});
-    RSSChannel* channel = Subscribe(u"/late"_s);
-    channel->ForceLoadRSS();
-    ASSERT_TRUE(PumpUntil([this] { return server.Requests().contains(u"GET /late"_s); }));
-    clock.Advance(RSSChannel::kTimeOutMs);
-    ASSERT_TRUE(channel->LoadFailed());
-    server.ReleaseHeld();
-    for (int round = 0; round < 20; ++round) {
-        Flush();
-    }
-    ExpectUnchanged(channel, u"/late"_s);
-}
-
-// A server that answers with an error, or a feed that expands entities without end, leaves the
-// channel as it was (the client's other failures are proven with the client, the channel's with
-// a fake network). Feeds that try to read local files or reach other addresses (data/hostile-*.xml)
-// load with the outside references left empty.
+// A server that answers with an error, a feed that expands entities without end, or a server that
+// holds its answer past the time-out leaves the channel as it was, and the answer released later
+// reaches nobody (the client's other failures are proven with the client, the channel's with a fake
+// network). Feeds that try to read local files or reach other addresses (data/hostile-*.xml) load,
+// with the outside references left empty. The held answer comes last: its time-out advances the
+// clock, which starts the earlier channels' own checks.
 TEST_F(FeedsIntegrationTest, FailingServersAndHostileFeedsLeaveTheChannelUnchanged) {
     const std::pair<QString, LocalHttpServer::Route> failing[] = {
         {u"/error"_s, {.status = 500, .body = FeedWithItems(u"Error page"_s, 1)}},
@@ -126,7 +83,6 @@ TEST_F(FeedsIntegrationTest, FailingServersAndHostileFeedsLeaveTheChannelUnchang
         EXPECT_EQ(channel->ReloadInterval(), RSSChannel::kBackOffMs);
         EXPECT_EQ(host.Coordinator().ConnCount(), 0);
     }
-
     home.Write(u"secret.txt"_s, "TOPSECRET");
     server.Serve(u"/evil.dtd"_s, {.body = "<!ENTITY remote \"REMOTE\">"});
     for (const QString& file : DataFiles(u"hostile-*.xml"_s)) {
@@ -138,11 +94,25 @@ TEST_F(FeedsIntegrationTest, FailingServersAndHostileFeedsLeaveTheChannelUnchang
         RSSChannel* channel = Subscribe(u"/"_s + file);
         ASSERT_TRUE(Check(channel));
         EXPECT_FALSE(channel->LoadFailed());
+        EXPECT_NE(channel->Title(), channel->URL()) << "the feed was loaded";
         EXPECT_FALSE(channel->Title().contains(u"TOPSECRET"_s));
     }
     EXPECT_FALSE(Bank().XMLDoc().ToBytes().contains("TOPSECRET"));
     EXPECT_FALSE(Bank().XMLDoc().ToBytes().contains("REMOTE"));
     EXPECT_EQ(server.Requests().filter(u"evil"_s), QStringList()) << "no other address is contacted";
+
+    server.Serve(u"/late"_s, {.body = FeedWithItems(u"Too Late"_s, 2), .hold = true});
+    RSSChannel* late = Subscribe(u"/late"_s);
+    late->ForceLoadRSS();
+    ASSERT_TRUE(PumpUntil([this] { return server.Requests().contains(u"GET /late"_s); }));
+    clock.Advance(RSSChannel::kTimeOutMs);
+    ASSERT_TRUE(late->LoadFailed());
+    EXPECT_FALSE(late->Busy());
+    server.ReleaseHeld();
+    for (int round = 0; round < 20; ++round) {
+        Flush();
+    }
+    ExpectUnchanged(late, u"/late"_s);
 }
 
 // The maker's channels load from the shipped site; the first start opens the help channel.

@@ -6,7 +6,6 @@
 // weekdays across centuries. Also the entities of RSS 0.91 documents.
 #include "platform/Paths.h"
 #include "platform/XmlDocument.h"
-#include "platform/XmlNode.h"
 #include "platform/XmlSecurity.h"
 #include "platform/XsltStylesheet.h"
 #include "support/QStringPrinter.h"
@@ -21,7 +20,6 @@
 #include <libxslt/xsltInternals.h>
 #include <libxslt/xsltutils.h>
 #include <memory>
-#include <ostream>
 
 using namespace Qt::StringLiterals;
 
@@ -57,10 +55,6 @@ XmlDocument Normalise(const QByteArray& bytes) {
     return result;
 }
 
-std::vector<XmlNode> Items(const XmlDocument& doc) {
-    return doc.DocumentElement().SelectNodes(u"/rss/channel/item"_s);
-}
-
 // One element as a line: name, {namespace} when it has a default one, [attributes], and "=text",
 // or {children} for elements that hold elements. Line breaks in texts are written as \n.
 QString Describe(XmlNode node) {
@@ -69,9 +63,8 @@ QString Describe(XmlNode node) {
         line += u'{' + QString::fromUtf8(reinterpret_cast<const char*>(node.Raw()->ns->href)) + u'}';
     }
     QStringList attributes;
-    for (xmlAttr* attribute = node.Raw()->properties; attribute; attribute = attribute->next) {
-        const QString name = QString::fromUtf8(reinterpret_cast<const char*>(attribute->name));
-        attributes << name + u'=' + node.Attribute(name);
+    for (const auto& [name, value] : node.Attributes()) {
+        attributes << name + u'=' + value;
     }
     if (!attributes.isEmpty()) {
         line += u'[' + attributes.join(u' ') + u']';
@@ -147,7 +140,7 @@ TEST(NamespaceStylesheetTest, EveryCaseFileGivesItsExpectedFieldsWithoutAMessage
         expected.removeIf(
             [](const QString& line) { return line.startsWith(u'#') || line.trimmed().isEmpty(); });
         EXPECT_EQ(DescribeChannel(doc), expected);
-        for (const XmlNode& item : Items(doc)) {
+        for (const XmlNode& item : doc.DocumentElement().SelectNodes(u"/rss/channel/item"_s)) {
             const XmlNode description = item.SelectSingleNode(u"description"_s);
             EXPECT_TRUE(description.IsNull() || description.ChildNodes().size() == 1u);
         }
@@ -173,7 +166,7 @@ TEST(NamespaceStylesheetTest, LongTextsDoNotExhaustTheRecursion) {
         "<p>" + markup + "</p></div></content></entry><entry><id>3</id><link href=\"" + steps + "x\"/>" +
         xhtml + QByteArray("<span>").repeated(depth) + "<a href=\"" + steps + "y\">&amp;</a><img src=\"" +
         tooLong + "\"/>" + QByteArray("</span>").repeated(depth) + "</div></content></entry></feed>");
-    const std::vector<XmlNode> items = Items(doc);
+    const std::vector<XmlNode> items = doc.DocumentElement().SelectNodes(u"/rss/channel/item"_s);
     ASSERT_EQ(items.size(), 3u);
     const QString expected = u"a &lt; b &amp; c &gt; d "_s.repeated(count);
     EXPECT_EQ(items[0].SelectSingleNode(u"description"_s).Text(), expected);
