@@ -9,12 +9,11 @@
 #include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
 #include "support/QStringPrinter.h"
+#include "support/StoryFeed.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
-#include <QLocale>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <csignal>
@@ -33,22 +32,11 @@ namespace {
 constexpr int kFeeds = 6;
 const QString kProfile = u"Reader"_s;
 
-// Feed N: "Feed N" with the items "Story N.1" ...
+// Feed N, whose stories say hello in HTML with a relative link.
 QByteArray Feed(int feed, int items) {
-    // Dated now, as written by the server: the items land in Today and never expire meanwhile.
-    const QByteArray now =
-        QLocale::c().toString(QDateTime::currentDateTime(), u"ddd, dd MMM yyyy hh:mm:ss"_s).toUtf8() + " GMT";
-    const QByteArray n = QByteArray::number(feed);
-    QByteArray body = "<?xml version=\"1.0\"?><rss version=\"2.0\"><channel><title>Feed " + n +
-                      "</title><link>http://news.example/" + n + "/</link>";
-    for (int item = 1; item <= items; ++item) {
-        const QByteArray i = QByteArray::number(item);
-        body += "<item><title>Story " + n + "." + i + "</title><link>http://news.example/" + n + "/" + i +
-                "</link><guid>feed" + n + "-" + i + "</guid><pubDate>" + now +
-                "</pubDate><description>&lt;p&gt;Hello from &lt;b&gt;feed " + n +
-                "&lt;/b&gt; &lt;a href=\"/more\"&gt;more&lt;/a&gt;&lt;/p&gt;</description></item>";
-    }
-    return body + "</channel></rss>";
+    return StoryFeed(feed, items,
+                     "&lt;p&gt;Hello from &lt;b&gt;feed " + QByteArray::number(feed) +
+                         "&lt;/b&gt; &lt;a href=\"/more\"&gt;more&lt;/a&gt;&lt;/p&gt;");
 }
 
 QByteArray ReadFile(const QString& path) {

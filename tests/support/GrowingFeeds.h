@@ -11,9 +11,8 @@
 #include "platform/XmlDocument.h"
 #include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
+#include "support/StoryFeed.h"
 
-#include <QDateTime>
-#include <QLocale>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -99,23 +98,7 @@ public:
     }
 
 private:
-    static QByteArray Feed(int feed, int items) {
-        const QByteArray now =
-            QLocale::c()
-                .toString(QDateTime::currentDateTime(), QStringLiteral("ddd, dd MMM yyyy hh:mm:ss"))
-                .toUtf8() +
-            " GMT";
-        const QByteArray n = QByteArray::number(feed);
-        QByteArray body = "<rss version=\"2.0\"><channel><title>Feed " + n +
-                          "</title><link>http://news.example/" + n + "/</link>";
-        for (int item = 1; item <= items; ++item) {
-            const QByteArray i = QByteArray::number(item);
-            body += "<item><title>Story " + n + "." + i + "</title><guid>feed" + n + "-" + i +
-                    "</guid><pubDate>" + now + "</pubDate><description>" + QByteArray(400, 'x') +
-                    "</description></item>";
-        }
-        return body + "</channel></rss>";
-    }
+    static QByteArray Feed(int feed, int items) { return StoryFeed(feed, items, QByteArray(400, 'x')); }
 
     LocalHttpServer m_server;
     QTemporaryDir m_base;
