@@ -716,6 +716,7 @@ TEST_F(MainWindowTest,
     EXPECT_EQ(boxes(again), (QList<bool>{true, false, true, false}));
     const FocusChain chain = FocusChain::Walk(again, again.chkUpdates());
     EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+    EXPECT_EQ(chain.clashingKeys, QStringList());
     EXPECT_EQ(chain.visited, (QList<QWidget*>{again.chkUpdates(), again.chkAlert(), again.chkRunStartup(),
                                               again.chkOpenMain(), again.cmdOk(), again.cmdCancel()}));
     QTest::mouseClick(again.chkRunStartup(), Qt::LeftButton);

@@ -316,6 +316,7 @@ TEST_F(ChannelDialogsTest, EveryWindowIsNamedForAssistiveToolsAndFollowsTheSkin)
         window.show();
         const FocusChain chain = FocusChain::Walk(window, first);
         EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+        EXPECT_EQ(chain.clashingKeys, QStringList());
         window.close();
         return chain.visited.size();
     };

@@ -2,9 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
 #include <QList>
+#include <QRegularExpression>
 #include <QStringList>
+#include <QTabBar>
 #include <QTest>
 #include <QWidget>
 #include <string>
@@ -14,6 +19,8 @@
 struct FocusChain {
     QList<QWidget*> visited;
     QStringList unnamed;
+    // Access keys ("&x") that two controls shown in the window at the start offer at once.
+    QStringList clashingKeys;
 
     // A bound on the walk, so a chain that never comes back to a widget already seen still ends.
     static constexpr int kMaxSteps = 40;
@@ -22,6 +29,7 @@ struct FocusChain {
         QApplication::setActiveWindow(&window);
         first->setFocus();
         FocusChain chain;
+        chain.clashingKeys = ClashingKeys(window);
         QWidget* current = QApplication::focusWidget();
         while (current && !chain.visited.contains(current) && chain.visited.size() < kMaxSteps) {
             chain.visited.append(current);
@@ -32,6 +40,37 @@ struct FocusChain {
             current = QApplication::focusWidget();
         }
         return chain;
+    }
+
+    static QStringList ClashingKeys(QWidget& window) {
+        static const QRegularExpression accessKey(QStringLiteral("&([^&])"));
+        QStringList offered;
+        QStringList clashing;
+        const auto offer = [&](QString text) {
+            const QRegularExpressionMatch match = accessKey.match(text.remove(QStringLiteral("&&")));
+            const QString key = match.hasMatch() ? match.captured(1).toLower() : QString();
+            if (!key.isEmpty() && offered.contains(key) && !clashing.contains(key)) {
+                clashing.append(key);
+            }
+            offered.append(key);
+        };
+        for (QWidget* widget : window.findChildren<QWidget*>()) {
+            if (!widget->isVisibleTo(&window)) {
+                continue;
+            }
+            if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+                offer(button->text());
+            } else if (auto* label = qobject_cast<QLabel*>(widget); label && label->buddy()) {
+                offer(label->text());
+            } else if (auto* group = qobject_cast<QGroupBox*>(widget)) {
+                offer(group->title());
+            } else if (auto* tabs = qobject_cast<QTabBar*>(widget)) {
+                for (int tab = 0; tab < tabs->count(); ++tab) {
+                    offer(tabs->tabText(tab));
+                }
+            }
+        }
+        return clashing;
     }
 
     std::string Unnamed() const { return unnamed.join(u", ").toStdString(); }
