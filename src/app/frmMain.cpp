@@ -95,8 +95,10 @@ frmMain::frmMain(Runtime& runtime, frmTamselSkin& skin, bool trayAvailable)
     : SkinnedWindow(skin, frmTamselSkin::KindMain), m_runtime(runtime),
       m_coordinator(runtime.GetServices().clock, runtime.Site().HelpURL(), *this),
       m_trayAvailable(trayAvailable), treMain(new QTreeWidget(this)), m_menuBar(new QMenuBar(this)),
-      tmrOneShot(new QTimer(this)) {
+      tmrOneShot(new QTimer(this)), m_textsTimer(new QTimer(this)) {
     setWindowTitle(kTitle);
+    m_textsTimer->setSingleShot(true);
+    connect(m_textsTimer, &QTimer::timeout, this, &frmMain::RepaintSkin);
     treMain->setHeaderHidden(true);
     treMain->header()->setStretchLastSection(true);
     treMain->setFrameShape(QFrame::NoFrame);
@@ -1270,6 +1272,7 @@ bool frmMain::UpdateChannelNode(RSSChannel& channel) {
         if (node->text(0) != text) {
             node->setText(0, text);
             changed = true;
+            m_textsTimer->start();
         }
         if (node->data(0, kImageRole).toInt() != image) {
             SetNodeImage(node, imageKey);

@@ -245,6 +245,8 @@ private:
     std::unique_ptr<frmTickerView> m_tickerView;
     QSystemTrayIcon* trayMain = nullptr;
     QTimer* tmrOneShot = nullptr;
+    // Redraws the skin's texts ("{items}" and the like) once after a burst of channel changes.
+    QTimer* m_textsTimer = nullptr;
 
     struct ListImage {
         QString key;

@@ -13,6 +13,7 @@
 #include "groups/frmAddGroup.h"
 #include "groups/frmChannelManage.h"
 #include "platform/CRegSettings.h"
+#include "platform/XmlDocument.h"
 #include "skin/SkinColor.h"
 #include "skin/SkinSurface.h"
 #include "skin/SkinTestSupport.h"
@@ -241,8 +242,16 @@ TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoG
     window->AddChannel(kFeed, u"Empty"_s);
     QTreeWidgetItem* second = Node(u"Empty|"_s + kFeed);
     ASSERT_NE(second, nullptr);
+    // The window's texts count the items: a new one shows there once its channel reports (after
+    // the start's own late redraw).
+    ASSERT_TRUE(PumpUntil([this] { return window->TrayIconShown(); }, kPumpLimitMs));
+    const QImage texts = window->picSkin()->Image();
+    ASSERT_TRUE(window->AddRSSItem(
+        XmlDocument::Parse("<item channel=\"" + kFeed.toUtf8() + "\"><title>One more</title></item>")
+            .DocumentElement()));
     channel.SetTitle(u"Renamed"_s);
     window->StateChange(u"Ana"_s, channel);
+    EXPECT_TRUE(PumpUntil([&] { return window->picSkin()->Image() != texts; }, kPumpLimitMs));
     for (QTreeWidgetItem* shown : {node, second}) {
         EXPECT_EQ(shown->text(0), channel.TitleAndCount());
         EXPECT_TRUE(shown->text(0).startsWith(u"Renamed"_s));
