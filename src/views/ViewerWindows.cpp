@@ -43,8 +43,10 @@ ChannelViewer* ViewerWindows::LoadViewer(RSSChannel& channel) {
         }
         window->deleteLater();
     });
-    connect(&channel, &QObject::destroyed, window, [this, window](QObject* gone) {
-        m_windows.erase(static_cast<RSSChannel*>(gone));
+    // By the time destroyed() is sent the channel is only a QObject: its address is the key, never
+    // cast back to the channel.
+    connect(&channel, &QObject::destroyed, window, [this, window, key = &channel] {
+        m_windows.erase(key);
         window->deleteLater();
     });
     m_windows[&channel] = window;
