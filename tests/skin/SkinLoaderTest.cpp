@@ -25,14 +25,14 @@ namespace {
 class SkinLoaderTest : public ::testing::Test, public SkinFixture {};
 
 // An empty skin name loads no entities and still updates the icons and the stylesheet; tree icon
-// keywords then replace the images of their keys.
-TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultIconsThatTreeIconKeywordsReplace) {
+// keywords then replace the images of their keys, state keywords the pictures and captions of entities.
+TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultsThatIconStateAndStylesheetKeywordsReplace) {
     QSignalSpy loaded(&skin, &frmTamselSkin::SkinLoaded);
     skin.LoadSkin();
-    EXPECT_TRUE(host.messages.isEmpty());
-    EXPECT_EQ(loaded.count(), 1);
-    EXPECT_EQ(imageList.added, frmTamselSkin::TreeIconKeys() + QStringList{u"last"_s});
-    EXPECT_EQ(skin.GetXSLFilename(), home.GetPaths().ResourceFile(u"rss.xsl"_s));
+    EXPECT_EQ(
+        Summary(host.messages.join(u'|'), loaded.count(), imageList.added.join(u','), skin.GetXSLFilename()),
+        Summary(QString(), 1, (frmTamselSkin::TreeIconKeys() + QStringList{u"last"_s}).join(u','),
+                home.GetPaths().ResourceFile(u"rss.xsl"_s)));
     for (int number = 1; number <= frmTamselSkin::kEntitySlots; ++number) {
         EXPECT_EQ(skin.Entity(number), nullptr);
     }
@@ -42,13 +42,39 @@ TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultIconsThatTreeIconKeywordsRe
     imageList.added.clear();
     Load(u"Icons"_s);
     ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
-    EXPECT_EQ(imageList.removed, (QStringList{u"unread"_s, u"expanded"_s, u"collapse"_s}));
-    EXPECT_EQ(imageList.added, (QStringList{u"unread"_s, u"collapse"_s, u"expanded"_s, u"last"_s}));
-    EXPECT_EQ(Summary(PictureColour(imageList.images.value(u"unread"_s)),
+    EXPECT_EQ(Summary(imageList.removed.join(u','), imageList.added.join(u','),
+                      PictureColour(imageList.images.value(u"unread"_s)),
                       PictureColour(imageList.images.value(u"expanded"_s)),
                       PictureColour(imageList.images.value(u"collapse"_s)),
                       PictureColour(skin.GetListIcon(frmTamselSkin::ListIcon::Link))),
-              u"#ff0000 #00ff00 #00ff00 #0000ff"_s);
+              u"unread,expanded,collapse unread,collapse,expanded,last #ff0000 #00ff00 #00ff00 #0000ff"_s);
+
+    // Normal, hover and pressed picture colours, then the three captions, of entities 1 to 4. The item
+    // stylesheet comes from the skin folder when it opens.
+    Load(u"States"_s);
+    ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
+    QStringList states;
+    for (int number = 1; number <= 4; ++number) {
+        const frmSkinEntity* e = skin.Entity(number);
+        ASSERT_NE(e, nullptr);
+        states << Summary(PictureColour(e->img), PictureColour(e->imgMM), PictureColour(e->imgMD),
+                          e->lbl.Caption, e->lblMM.Caption, e->lblMD.Caption);
+    }
+    EXPECT_EQ(states.join(u'|'), u"#ff0000 #ff0000 #ff0000 A A A|#ff0000 #00ff00 #00ff00 A B B|"
+                                 u"#ff0000 #00ff00 #0000ff A C B|#ff0000 #ff0000 #ff0000 A A A"_s);
+
+    Load(u"Xsl"_s);
+    EXPECT_EQ(Summary(skin.GetXSLFilename(), skin.ItemStylesheet().IsNull(), skin.ItemStylesheetError()),
+              Summary(home.File(u"skins/Xsl/mine.xsl"_s), 0, QString()));
+    for (const char* line : {"xslfile absent.xsl\n", "xslfile ../Xsl/mine.xsl\n"}) {
+        Load(u"Xsl"_s, QString::fromUtf8(line));
+        EXPECT_EQ(skin.GetXSLFilename(), home.GetPaths().ResourceFile(u"rss.xsl"_s)) << line;
+    }
+    // The skin's own rss.xsl is taken without an xslfile line; a broken one leaves a reason.
+    Load(u"Broken"_s);
+    EXPECT_EQ(
+        Summary(skin.GetXSLFilename(), skin.ItemStylesheet().IsNull(), skin.ItemStylesheetError().isEmpty()),
+        Summary(home.File(u"skins/Broken/rss.xsl"_s), 1, 0));
 }
 
 // Keywords ignore case, arguments keep it; numbers are read as far as they go (&h is hexadecimal)
@@ -82,21 +108,21 @@ TEST_F(SkinLoaderTest, KeywordsSetTheirValuesAndTheNextLoadStartsFromTheDefaults
               Summary(31, -12, 140, 32, 202, 20, 0, 0x00FF00, 4, 1, 4, 0, 1));
     // Fonts reach widgets and skin surfaces; the colour only when asked, unknown slots not at all.
     QLabel label;
+    const QColor unset = label.palette().color(QPalette::WindowText);
+    const auto font = [&label] {
+        return Summary(label.font().pointSizeF(), label.font().bold(), label.font().italic(),
+                       label.font().underline(), label.font().strikeOut(),
+                       label.palette().color(QPalette::WindowText), label.font().family());
+    };
     skin.SetFont(&label, 4, false);
-    EXPECT_EQ(Summary(label.font().pointSizeF(), label.font().italic(), label.font().underline(),
-                      label.font().strikeOut(),
-                      label.palette().color(QPalette::WindowText) == QColor(0, 0, 255)),
-              u"7 1 1 1 0"_s);
+    EXPECT_EQ(font(), Summary(7, 0, 1, 1, 1, unset, u"Arial"_s));
     skin.SetFont(&label, 3, true);
-    EXPECT_EQ(label.font().family(), u"Nimbus Sans"_s);
-    EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(0, 0, 255));
     skin.SetFont(nullptr, 3, true);
     skin.SetFont(&label, 40, true);
-    EXPECT_DOUBLE_EQ(label.font().pointSizeF(), 11.5);
-    TestWindow window;
-    skin.SetFont(window.picSkin(), 3, true);
-    EXPECT_EQ(Summary(window.picSkin()->DrawFont().family(), window.picSkin()->ForeColor()),
-              u"Nimbus Sans #0000ff"_s);
+    EXPECT_EQ(font(), u"11.5 1 0 0 0 #0000ff Nimbus Sans"_s);
+    SkinSurface surface;
+    skin.SetFont(&surface, 3, true);
+    EXPECT_EQ(Summary(surface.DrawFont().family(), surface.ForeColor()), u"Nimbus Sans #0000ff"_s);
 
     Load(u"Default"_s, u"; nothing but a comment\n"_s);
     // User skins come before shipped ones of the same name.
@@ -114,90 +140,52 @@ TEST_F(SkinLoaderTest, KeywordsSetTheirValuesAndTheNextLoadStartsFromTheDefaults
 // short message.
 TEST_F(SkinLoaderTest, AFailingLineStopsTheLoadAndIsNamed) {
     QSignalSpy loaded(&skin, &frmTamselSkin::SkinLoaded);
-    for (const char* text :
-         {"defineentity 0", "defineentity 37", "definefont 0", "definefont 22", "  image p.png  ",
-          "text Hello", "function close", "defineentity 1\nimage missing.png",
-          "defineentity 1\nimage ../Bad/p.png", "defineframe main\nframen nothing.png", "framensize 40000",
-          "defineentity 2\nfont 9", "gridfont 22", "iconunread none.png"}) {
-        SCOPED_TRACE(text);
+    // data/failing-lines.txt: a skin file a row, " / " between its lines; the last line fails.
+    const QString table =
+        QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/failing-lines.txt")));
+    for (const QString& row : table.split(u'\n', Qt::SkipEmptyParts)) {
+        SCOPED_TRACE(row.toStdString());
         host.messages.clear();
-        Load(u"Bad"_s, QString::fromUtf8(text) + u"\ntreecolor 5\n"_s);
-        ASSERT_EQ(host.messages.size(), 1);
-        const QString line = QString::fromUtf8(text).section(u'\n', -1).trimmed();
-        // The skin and the line, then a reason of its own on the third line.
-        const QString message = host.messages.at(0);
-        EXPECT_EQ(Summary(message.section(u"\nError Return: "_s, 0, 0), message.count(u'\n'),
-                          message.section(u"\nError Return: "_s, 1).isEmpty()),
-                  Summary(u"Error Loading Skin File: Bad\nskin.txt - Error On Line: "_s + line, 2, 0));
-        EXPECT_EQ(skin.TreeColor(), 0xFFB29DU);
+        Load(u"Bad"_s, QString(row).replace(u" / "_s, u"\n"_s) + u"\ntreecolor 5\n"_s);
+        // One message: the skin and the line, then a reason of its own on the third line; nothing after
+        // the line was read.
+        const QString message = host.messages.join(u'|');
+        const QString line = row.section(u" / "_s, -1).trimmed();
+        EXPECT_EQ(
+            Summary(host.messages.size(), message.section(u"\nError Return: "_s, 0, 0), message.count(u'\n'),
+                    message.section(u"\nError Return: "_s, 1).isEmpty(), skin.TreeColor()),
+            Summary(1, u"Error Loading Skin File: Bad\nskin.txt - Error On Line: "_s + line, 2, 0, 0xFFB29D));
     }
     home.Write(u"skin.txt"_s, QByteArrayLiteral("treecolor 1\n"));
     for (const QString& name : {u"Nowhere"_s, u".."_s}) {
         host.messages.clear();
         Choose(name);
         skin.LoadSkin();
-        EXPECT_EQ(host.messages, QStringList{u"Error Loading Skin File: "_s + name});
-        EXPECT_EQ(skin.TreeColor(), 0xFFB29DU);
+        EXPECT_EQ(Summary(host.messages.join(u'|'), skin.TreeColor()),
+                  Summary(u"Error Loading Skin File: "_s + name, 0xFFB29D));
     }
-    EXPECT_EQ(loaded.count(), 0);
-    EXPECT_TRUE(imageList.added.isEmpty());
+    EXPECT_EQ(Summary(loaded.count(), imageList.added.size()), u"0 0"_s);
 }
 
-// Normal, hover and pressed picture colours, then the three captions, of entities 1 to 4. The item
-// stylesheet comes from the skin folder when it opens.
-TEST_F(SkinLoaderTest, StateKeywordsAreAsymmetricAndTheStylesheetComesFromTheSkin) {
-    Load(u"States"_s);
-    ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
-    QStringList states;
-    for (int number = 1; number <= 4; ++number) {
-        const frmSkinEntity* e = skin.Entity(number);
-        ASSERT_NE(e, nullptr);
-        states << Summary(PictureColour(e->img), PictureColour(e->imgMM), PictureColour(e->imgMD),
-                          e->lbl.Caption, e->lblMM.Caption, e->lblMD.Caption);
-    }
-    EXPECT_EQ(states.join(u'|'), u"#ff0000 #ff0000 #ff0000 A A A|#ff0000 #00ff00 #00ff00 A B B|"
-                                 u"#ff0000 #00ff00 #0000ff A C B|#ff0000 #ff0000 #ff0000 A A A"_s);
-
-    Load(u"Xsl"_s);
-    EXPECT_EQ(Summary(skin.GetXSLFilename(), skin.ItemStylesheet().IsNull(), skin.ItemStylesheetError()),
-              Summary(home.File(u"skins/Xsl/mine.xsl"_s), 0, QString()));
-    for (const char* line : {"xslfile absent.xsl\n", "xslfile ../Xsl/mine.xsl\n"}) {
-        Load(u"Xsl"_s, QString::fromUtf8(line));
-        EXPECT_EQ(skin.GetXSLFilename(), home.GetPaths().ResourceFile(u"rss.xsl"_s)) << line;
-    }
-    // The skin's own rss.xsl is taken without an xslfile line; a broken one leaves a reason.
-    Load(u"Broken"_s);
-    EXPECT_EQ(skin.GetXSLFilename(), home.File(u"skins/Broken/rss.xsl"_s));
-    EXPECT_TRUE(skin.ItemStylesheet().IsNull());
-    EXPECT_FALSE(skin.ItemStylesheetError().isEmpty());
-}
-
-TEST(SkinNumberTest, ReadsTheLeadingNumberAndRoundsHalvesToEven) {
-    // Each line of the table is "text|value".
-    QFile table(QStringLiteral(TAMSEL_TEST_DATA_DIR "/numbers.txt"));
-    ASSERT_TRUE(table.open(QIODevice::ReadOnly));
-    for (const QString& row : QString::fromUtf8(table.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
-        EXPECT_DOUBLE_EQ(SkinNumber::Leading(row.section(u'|', 0, 0)), row.section(u'|', 1).toDouble())
+// Each line of data/numbers.txt is "text|leading number|that number rounded".
+TEST(SkinNumberTest, NumbersAreReadAsFarAsTheyGoRoundedHalfToEvenAndColoursAreBlueGreenRed) {
+    const QString table =
+        QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/numbers.txt")));
+    for (const QString& row : table.split(u'\n', Qt::SkipEmptyParts)) {
+        const double leading = SkinNumber::Leading(row.section(u'|', 0, 0));
+        EXPECT_EQ(Summary(leading, SkinNumber::Round(leading)),
+                  Summary(row.section(u'|', 1, 1).toDouble(), row.section(u'|', 2).toDouble()))
             << row.toStdString();
     }
-    const std::pair<double, qint64> rounds[] = {
-        {2.5, 2}, {3.5, 4}, {-2.5, -2}, {-3.5, -4}, {2.4999, 2}, {2.5001, 3}, {1e300, qint64(9.0e18)}};
-    for (const auto& [value, rounded] : rounds) {
-        EXPECT_EQ(SkinNumber::Round(value), rounded) << value;
-    }
-    EXPECT_TRUE(SkinNumber::Boolean(u"TRUE"));
-    for (const char16_t* text : {u"yes", u"1", u"true!", u""}) {
-        EXPECT_FALSE(SkinNumber::Boolean(text));
-    }
-}
-
-TEST(SkinColorTest, ColoursAreBlueGreenRedOrSystemColours) {
-    EXPECT_EQ(SkinColor::ToQColor(0xFF0000), QColor(0, 0, 255));
-    EXPECT_EQ(SkinColor::ToQColor(0x9DB2FF), QColor(0xFF, 0xB2, 0x9D));
-    EXPECT_EQ(SkinColor::ToQColor(SkinColor::kButtonFace),
-              QGuiApplication::palette().color(QPalette::Button));
-    EXPECT_EQ(SkinColor::ToQColor(0x80000005), QGuiApplication::palette().color(QPalette::Base));
-    EXPECT_EQ(SkinColor::ToQColor(0x800000FF), QGuiApplication::palette().color(QPalette::Dark));
+    EXPECT_EQ(Summary(SkinNumber::Boolean(u"TRUE"), SkinNumber::Boolean(u"yes"), SkinNumber::Boolean(u"1"),
+                      SkinNumber::Boolean(u"true!"), SkinNumber::Boolean(u"")),
+              u"1 0 0 0 0"_s);
+    // Colours are blue, green, red from the high byte down, or system colours (the painting tests see
+    // red, blue and the button face); a system colour past the known ones is the dark shade.
+    const QPalette system = QGuiApplication::palette();
+    EXPECT_EQ(Summary(SkinColor::ToQColor(0x9DB2FF), SkinColor::ToQColor(0x80000005),
+                      SkinColor::ToQColor(0x800000FF)),
+              Summary(QColor(0xFF, 0xB2, 0x9D), system.color(QPalette::Base), system.color(QPalette::Dark)));
 }
 
 class ShippedSkinsTest : public SkinLoaderTest, public ::testing::WithParamInterface<const char*> {};
@@ -215,11 +203,10 @@ TEST_P(ShippedSkinsTest, LoadsCompleteWithDoubledPicturesAndASafeItemPage) {
 
     // Every kind has its frame; the big windows have room for their rows.
     for (int kind = frmTamselSkin::KindMain; kind <= frmTamselSkin::KindDialog; ++kind) {
-        EXPECT_GT(skin.FrameNSize(kind), 0) << kind;
-        EXPECT_GT(skin.FrameSSize(kind), 0) << kind;
+        EXPECT_TRUE(skin.FrameNSize(kind) > 0 && skin.FrameSSize(kind) > 0) << kind;
     }
-    EXPECT_GE(skin.FrameNSize(frmTamselSkin::KindChannel), skin.FilterTop() + 24);
-    EXPECT_GT(skin.FrameWSize(frmTamselSkin::KindMain), 0);
+    EXPECT_TRUE(skin.FrameNSize(frmTamselSkin::KindChannel) >= skin.FilterTop() + 24 &&
+                skin.FrameWSize(frmTamselSkin::KindMain) > 0);
 
     int entities = 0;
     QStringList functions;
@@ -229,28 +216,26 @@ TEST_P(ShippedSkinsTest, LoadsCompleteWithDoubledPicturesAndASafeItemPage) {
             EXPECT_TRUE(!entity->img.IsNull() || !entity->lbl.IsEmpty()) << number;
             if (!entity->sFunction.isEmpty()) {
                 functions.append(entity->sFunction);
-                EXPECT_FALSE(entity->imgMM.IsNull()) << number;
-                EXPECT_FALSE(entity->imgMD.IsNull()) << number;
+                EXPECT_FALSE(entity->imgMM.IsNull() || entity->imgMD.IsNull()) << number;
             }
         }
     }
     EXPECT_GE(entities, 25);
-    for (const char* function :
-         {"close", "min", "max", "windowframe", "profiles", "addchannel", "firstpage", "prevpage", "nextpage",
-          "lastpage", "prev", "next", "pause", "play", "tickermenu", "link"}) {
-        EXPECT_TRUE(functions.contains(QString::fromUtf8(function))) << function;
-    }
+    QStringList missing =
+        u"close min max windowframe profiles addchannel firstpage prevpage nextpage lastpage "
+        u"prev next pause play tickermenu link"_s.split(u' ');
+    missing.removeIf([&functions](const QString& function) { return functions.contains(function); });
+    EXPECT_EQ(missing, QStringList());
 
     for (const QString& key : frmTamselSkin::TreeIconKeys()) {
-        EXPECT_EQ(skin.TreeIcon(key).Size(), QSize(16, 16)) << key.toStdString();
-        EXPECT_EQ(skin.TreeIcon(key).ForRatio(2).size(), QSize(32, 32)) << key.toStdString();
+        const SkinPicture& icon = skin.TreeIcon(key);
+        EXPECT_TRUE(icon.Size() == QSize(16, 16) && icon.ForRatio(2).size() == QSize(32, 32))
+            << key.toStdString();
     }
     EXPECT_EQ(skin.GetXSLFilename(), folder + QStringLiteral("/rss.xsl"));
     ASSERT_FALSE(skin.ItemStylesheet().IsNull()) << skin.ItemStylesheetError().toStdString();
 
-    QFile file(folder + QStringLiteral("/skin.txt"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(file.readAll());
+    const QString text = QString::fromUtf8(ReadWholeFile(folder + QStringLiteral("/skin.txt")));
     const QStringList pictures = QDir(folder).entryList({QStringLiteral("*.png")}, QDir::Files);
     ASSERT_FALSE(pictures.isEmpty());
     for (const QString& picture : pictures.filter(QRegularExpression(QStringLiteral("(?<!@2x)\\.png$")))) {
@@ -260,15 +245,12 @@ TEST_P(ShippedSkinsTest, LoadsCompleteWithDoubledPicturesAndASafeItemPage) {
             << picture.toStdString();
     }
 
-    QFile itemFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/item.xml"));
-    ASSERT_TRUE(itemFile.open(QIODevice::ReadOnly));
-    QByteArray item = itemFile.readAll();
+    QByteArray item = ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/item.xml"));
     const QString html = QString::fromUtf8(skin.ItemStylesheet().TransformToBytes(XmlDocument::Parse(item)));
-    for (const QString& part :
-         {QStringLiteral("charset=UTF-8"), QStringLiteral("<p>Hello <b>world</b> \u00FC</p>"),
-          QStringLiteral("href=\"https://example.org/a?x=1&amp;y=2\""),
-          QStringLiteral("Snow &amp; ice in the hills"), QStringLiteral("16 Nov 2026"),
-          QStringLiteral("09:05"), QStringLiteral("Weather Desk")}) {
+    // data/item-page.txt: what the page shows of data/item.xml, one part a line.
+    const QString parts =
+        QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/item-page.txt")));
+    for (const QString& part : parts.split(u'\n', Qt::SkipEmptyParts)) {
         EXPECT_TRUE(html.contains(part, Qt::CaseInsensitive))
             << part.toStdString() << " in " << html.toStdString();
     }
@@ -289,27 +271,22 @@ INSTANTIATE_TEST_SUITE_P(Skins, ShippedSkinsTest, ::testing::Values("Default", "
 // skin; with one it stores the name.
 TEST(frmSkinTest, ListsTheSkinsOnceAndTheButtonStoresTheChosenOne) {
     QTemporaryDir resources;
-    QTemporaryDir data;
-    const Paths paths(resources.path(), data.path(), data.path() + u"/config"_s);
+    const TestHome data;
+    const Paths paths(resources.path(), data.Path(), data.File(u"config"_s));
     CRegSettings settings(paths);
     FakeSkinHost host;
-    QDir(data.path()).mkpath(u"skins"_s);
-    QFile file(data.filePath(u"skins/readme.txt"_s));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
-    {
-        frmSkin chooser(settings, paths, host);
-        EXPECT_FALSE(chooser.LoadList());
-        EXPECT_EQ(Summary(chooser.lstSkins()->count(), host.messages.join(u'|'), chooser.exec(),
-                          chooser.SkinChanged()),
-                  Summary(0, u"No Skins Found|No Skins Found"_s, QDialog::Rejected, 0));
-        host.messages.clear();
-    }
+    data.Write(u"skins/readme.txt"_s, QByteArray());
+    frmSkin empty(settings, paths, host);
+    EXPECT_FALSE(empty.LoadList());
+    const int result = empty.exec();
+    EXPECT_EQ(Summary(empty.lstSkins()->count(), host.messages.join(u'|'), result, empty.SkinChanged()),
+              Summary(0, u"No Skins Found|No Skins Found"_s, QDialog::Rejected, 0));
+    host.messages.clear();
     for (const QString& folder : {u"Default"_s, u"Nightfall"_s}) {
         QDir(resources.path()).mkpath(u"skins/"_s + folder);
     }
     for (const QString& folder : {u"nightfall"_s, u"Default"_s, u"Amber"_s}) {
-        QDir(data.path()).mkpath(u"skins/"_s + folder);
+        QDir(data.Path()).mkpath(u"skins/"_s + folder);
     }
     const QString section = u"SETTINGS"_s, key = u"SKINNAME"_s;
     // The names listed, the one selected; after Ok, whether the skin changed, the result and the

@@ -19,6 +19,7 @@
 #include <QImage>
 #include <QMap>
 #include <QStringList>
+#include <gtest/gtest.h>
 
 #include <memory>
 
@@ -124,6 +125,13 @@ inline QString SummaryWord(double number) {
 // A state as one line of text, compared in one assertion instead of one per value.
 template <typename... T> QString Summary(const T&... values) {
     return QStringList{SummaryWord(values)...}.join(u' ');
+}
+
+// The whole file; empty (and a failed expectation) when it cannot be read.
+inline QByteArray ReadWholeFile(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
 }
 
 inline QColor PictureColour(const SkinPicture& picture) {
