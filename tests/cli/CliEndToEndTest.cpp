@@ -3,6 +3,7 @@
 // The built tamsel-cli, run as a user runs it: in its own process, under a temporary TAMSEL_HOME,
 // against feeds served by a local HTTP server. The test serves the event loop while the program
 // runs, so that the server can answer. Each session is a script in data/ (see Play).
+#include "DataRows.h"
 #include "platform/CRegSettings.h"
 #include "platform/Paths.h"
 #include "platform/SingleInstance.h"
@@ -30,18 +31,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kFeeds = 6;
-const QString kProfile = u"Reader"_s;
 
 // Feed N, whose stories say hello in HTML with a relative link.
 QByteArray Feed(int feed, int items) {
     return StoryFeed(feed, items,
                      "&lt;p&gt;Hello from &lt;b&gt;feed " + QByteArray::number(feed) +
                          "&lt;/b&gt; &lt;a href=\"/more\"&gt;more&lt;/a&gt;&lt;/p&gt;");
-}
-
-QByteArray ReadFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // One server for the suite, and one home subscribed to its six feeds that each session that
@@ -57,7 +52,7 @@ protected:
         ServeFeeds();
         const QString home = s_subscribed->path();
         Prepare(home);
-        RunIn(home, {u"profile-add"_s, kProfile});
+        RunIn(home, {u"profile-add"_s, u"Reader"_s});
         RunIn(home, {u"import"_s, home + u"/in.opml"_s});
         s_fetched = RunIn(home, {u"fetch"_s});
     }
@@ -70,20 +65,23 @@ protected:
         ServeFeeds();
     }
 
-    // Points `home` at the server as the maker's site and writes in.opml there: the six feeds and
-    // one address that is no feed's.
+    // Points `home` at the server as the maker's site and writes data/in.opml there: the six feeds
+    // and one address that is no feed's.
     static void Prepare(const QString& home) {
         CRegSettings settings(HomePaths(home));
         settings.SaveSetting(u"Common"_s, u"MakerSite"_s, s_server->Url(QString()).toString());
-        QByteArray opml =
-            "<opml version=\"1.0\"><head><title>Mine</title></head><body><outline text=\"News\">";
-        for (int feed = 1; feed <= kFeeds; ++feed) {
-            opml += "<outline text=\"F\" xmlUrl=\"" + FeedUrl(feed).toUtf8() + "\"/>";
-        }
         QFile file(home + u"/in.opml"_s);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(opml +
-                   "<outline text=\"odd\" xmlUrl=\"ftp://files.example/feed\"/></outline></body></opml>");
+        file.write(
+            Expanded(QString::fromUtf8(ReadFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/in.opml"))), home)
+                .toUtf8());
+    }
+    // The text with $FEED1 to $FEED6, $SERVER and $HOME replaced (see Play).
+    static QString Expanded(QString text, const QString& home) {
+        for (int feed = 1; feed <= kFeeds; ++feed) {
+            text.replace(u"$FEED"_s + QString::number(feed), FeedUrl(feed));
+        }
+        return text.replace(u"$SERVER"_s, s_server->Url(QString()).toString()).replace(u"$HOME"_s, home);
     }
     static QString FeedUrl(int feed) { return s_server->Url(u"/feed"_s + QString::number(feed)).toString(); }
     static void ServeFeeds() {
@@ -93,7 +91,7 @@ protected:
         }
     }
 
-    // Runs the session data/<script> in this test's home. Its lines:
+    // Runs the session data/<name> in this test's home. Its lines:
     //   subscribed         the home starts as the profile "Reader" subscribed to the six feeds
     //   $ ARGS             runs tamsel-cli with ARGS (split and quoted as a shell does); it must
     //                      exit with 0 unless the next line is "exit N"
@@ -109,22 +107,19 @@ protected:
     //                      closes the connection without an answer when TYPE is "reset"
     //   limit BYTES        the next run may write no file larger than BYTES, as on a full disk
     //   write PATH TEXT    writes TEXT into the file PATH
+    //   cut PATH           cuts the file PATH off inside its last item
     //   keep PATH...       remembers these files (only these); "same" checks that they did not change
     //   absent PATH        no such file or folder
     //   tamsel runs        Tamsel holds the data folder until "tamsel ends"
     //   # ...              a comment
     // $FEED1 to $FEED6 are the six feeds ("Feed N", items "Story N.1" and "Story N.2"), $SERVER is
     // the server and $HOME the test's home.
-    void Play(const QString& script) {
-        QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + script);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text)) << script.toStdString();
-        const std::string path = file.fileName().toStdString();
-        QString text = QString::fromUtf8(file.readAll());
-        for (int feed = 1; feed <= kFeeds; ++feed) {
-            text.replace(u"$FEED"_s + QString::number(feed), FeedUrl(feed));
-        }
-        text.replace(u"$SERVER"_s, s_server->Url(QString()).toString()).replace(u"$HOME"_s, home.path());
-        const QStringList lines = text.split(u'\n');
+    void Play(const QString& name) {
+        const QString file = QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name;
+        const std::string path = file.toStdString();
+        const QString script = QString::fromUtf8(ReadFile(file));
+        ASSERT_FALSE(script.isEmpty()) << path;
+        const QStringList lines = Expanded(script, home.path()).split(u'\n');
         CliRun run;
         std::optional<testing::ScopedTrace> trace;
         std::function<void()> inChild;
@@ -176,6 +171,11 @@ protected:
                 QFile written(line.section(u' ', 1, 1));
                 EXPECT_TRUE(written.open(QIODevice::WriteOnly) &&
                             written.write(line.section(u' ', 2).toUtf8()) >= 0);
+            } else if (word == u"cut") {
+                const QByteArray whole = ReadFile(rest);
+                QFile cut(rest);
+                EXPECT_TRUE(cut.open(QIODevice::WriteOnly) &&
+                            cut.write(whole.left(whole.lastIndexOf("<item") + 40)) > 0);
             } else if (word == u"absent") {
                 EXPECT_FALSE(QFileInfo::exists(rest)) << rest.toStdString();
             } else if (line == u"tamsel runs") {
@@ -228,7 +228,8 @@ TEST_P(CliEndToEndTest, RunsAsItsScriptSays) {
 INSTANTIATE_TEST_SUITE_P(Sessions, CliEndToEndTest,
                          testing::Values("subscribe", "lists", "item-commands", "numbers", "refused-fetch",
                                          "unchanged-feeds", "failed-feeds", "pages", "add-from-page",
-                                         "export", "while-tamsel-runs", "usage", "no-profile"),
+                                         "export", "while-tamsel-runs", "usage", "no-profile",
+                                         "damaged-items", "numbers-follow-items"),
                          [](const testing::TestParamInfo<const char*>& info) {
                              return QString::fromLatin1(info.param).replace(u'-', u'_').toStdString();
                          });

@@ -5,14 +5,17 @@
 #include <QFile>
 #include <QStringList>
 
+// The bytes of the file at `path`; none when it cannot be read.
+inline QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 // The rows of the table data/<name>: its lines but empty ones and comments ('#'); none when the
 // file cannot be read.
 inline QStringList DataRows(const char* name) {
-    QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + QString::fromLatin1(name));
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return {};
-    }
-    QStringList rows = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    const QString path = QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + QString::fromLatin1(name);
+    QStringList rows = QString::fromUtf8(ReadFile(path)).split(u'\n', Qt::SkipEmptyParts);
     rows.removeIf([](const QString& row) { return row.startsWith(u'#'); });
     return rows;
 }

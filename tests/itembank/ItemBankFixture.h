@@ -30,10 +30,12 @@ protected:
         m_bank = std::make_unique<clsItemBank>(m_clock, m_home.GetPaths());
         m_bank->init(u"Tester"_s);
     }
-    // Closes the open bank first: it would write its own items.xml over the file as it goes.
-    void WriteBankFile(const QByteArray& bytes) {
+    // Opens the bank on an items.xml of these bytes, written once the open bank (which would save
+    // over it) is gone.
+    void OpenBankFrom(const QByteArray& bytes) {
         m_bank.reset();
         m_home.Write(kBankFile, bytes);
+        OpenBank();
     }
     static QByteArray ReadData(const QString& name) {
         QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
@@ -52,8 +54,6 @@ protected:
         std::ranges::transform(items, std::back_inserter(titles), GetItemTitle);
         return titles;
     }
-    // Titles of the root's children in document order, read from the document itself.
-    QStringList StoredTitles() const { return Titles(m_bank->XMLDoc().DocumentElement().ChildNodes()); }
 
     TestHome m_home;
     FakeClock m_clock;

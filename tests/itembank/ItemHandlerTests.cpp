@@ -5,6 +5,7 @@
 
 #include <QLocale>
 #include <gtest/gtest.h>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,9 +24,8 @@ TEST(ItemHandler, ChildTextReadsAndChangesTheFirstChildOfThatName) {
     EXPECT_EQ(GetChildText(item, u"creator"_s), QString());
     EXPECT_EQ(GetChildText(item, u"pubdate"_s), QString());
     EXPECT_EQ(GetChildText(XmlNode(), u"title"_s), QString());
-    EXPECT_FALSE(IsItemRead(item));
-    EXPECT_FALSE(IsItemFlagged(item));
-    EXPECT_TRUE(IsItemDeleted(item));
+    EXPECT_EQ(std::tuple(IsItemRead(item), IsItemFlagged(item), IsItemDeleted(item)),
+              std::tuple(false, false, true));
     SetItemRead(item, true);
     SetChildText(item, u"flag"_s, u"true"_s);
     SetChildText(item, u"title"_s, u"<b>&amp;</b>"_s);

@@ -45,9 +45,8 @@ TEST(ItemTextSearch, FindsWhatTheFoldedWholeTextContainsAndTheSummaryLetsItThrou
         qint64 bytesRead = 0;
         const ItemTextMask mask = ItemTextMask::OfItem(doc.DocumentElement().Raw(), bytesRead);
         EXPECT_EQ(bytesRead, qint64(whole.size()));
-        for (char& c : whole) {
-            c = c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
-        }
+        std::ranges::transform(whole, whole.begin(),
+                               [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
         for (int probe = 0; probe < 30; ++probe) {
             const std::string needle = probe % 3 == 0 && whole.size() > 2
                                            ? whole.substr(random() % (whole.size() - 1), 1 + random() % 24)

@@ -13,9 +13,6 @@ namespace {
 
 class SettingsTest : public ::testing::Test {
 protected:
-    bool Save(const QString& section, const QString& key, const QString& value) {
-        return settings.SaveSetting(section, key, value);
-    }
     // The values `from` reads for the keys ("Section/Key" each), joined by '|'; "d" when missing.
     static QString Values(CRegSettings& from, const QStringList& keys) {
         QStringList values;
@@ -34,21 +31,20 @@ protected:
 // second reader sees the values and later changes of the first; an empty value reads as missing.
 // Deleting takes a value, or a section with those below it.
 TEST_F(SettingsTest, ValuesRoundTripCaseBlindAndSurviveANewReader) {
-    ASSERT_TRUE(Save(u"SETTINGS"_s, u"SKINNAME"_s, QString()));
-    ASSERT_TRUE(Save(u"Ticker"_s, u"Edge"_s, u"3"_s));
-    ASSERT_TRUE(Save(u"Spotlight"_s, u"a=b [x]_lastmod"_s, u"Tue, 1 = 2\nline\\two"_s));
-    ASSERT_TRUE(Save(u"AppBar"_s, u"*"_s, u"default value"_s));
-    ASSERT_TRUE(Save(u"ticker"_s, u"EDGE"_s, u"2"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, QString()));
+    ASSERT_TRUE(settings.SaveSetting(u"Ticker"_s, u"Edge"_s, u"3"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"Spotlight"_s, u"a=b [x]_lastmod"_s, u"Tue, 1 = 2\nline\\two"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"AppBar"_s, u"*"_s, u"default value"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"ticker"_s, u"EDGE"_s, u"2"_s));
     CRegSettings again(home.GetPaths());
     const QStringList keys{u"settings/SkinName"_s, u"TICKER/edge"_s, u"Spotlight/a=b [x]_lastmod"_s,
                            u"AppBar/*"_s, u"Common/LastID"_s};
     EXPECT_EQ(Values(again, keys), u"d|2|Tue, 1 = 2\nline\\two|default value|d"_s);
-    ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2561"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"Common"_s, u"LastID"_s, u"2561"_s));
     EXPECT_EQ(Values(again, {u"Common/LastID"_s}), u"2561"_s);
-    EXPECT_TRUE(QFile::exists(home.File(file)));
 
-    Save(u"AppBar"_s, u"Edge"_s, u"1"_s);
-    Save(u"AppBar\\Inner"_s, u"X"_s, u"1"_s);
+    settings.SaveSetting(u"AppBar"_s, u"Edge"_s, u"1"_s);
+    settings.SaveSetting(u"AppBar\\Inner"_s, u"X"_s, u"1"_s);
     EXPECT_TRUE(settings.DeleteSetting(u"AppBar"_s, u"edge"_s));
     EXPECT_FALSE(settings.DeleteSetting(u"AppBar"_s, u"edge"_s));
     const QStringList appBar{u"AppBar/Edge"_s, u"AppBar/*"_s, u"AppBar\\Inner/X"_s, u"Ticker/Edge"_s};
@@ -67,7 +63,7 @@ TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
     settings.SetCompany(u"Microsoft"_s);
     settings.SetAppName(u"Windows"_s);
     const QString run = u"CurrentVersion\\Run"_s;
-    ASSERT_TRUE(Save(run, u"Tamsel"_s, u"/opt/tamsel/bin/tamsel"_s));
+    ASSERT_TRUE(settings.SaveSetting(run, u"Tamsel"_s, u"/opt/tamsel/bin/tamsel"_s));
     EXPECT_EQ(Values(settings, {run + u"/Tamsel"_s}), u"/opt/tamsel/bin/tamsel"_s);
     const QByteArray desktop = home.Read(u"config/autostart/tamsel.desktop"_s);
     EXPECT_TRUE(desktop.startsWith("[Desktop Entry]\n"));
@@ -80,7 +76,7 @@ TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
 TEST_F(SettingsTest, ADamagedFileIsKeptAsideBeforeItIsRewritten) {
     home.Write(file, "[PREF]\nALERT=False\n\x01garbage line without equals\n");
     EXPECT_EQ(Values(settings, {u"PREF/ALERT"_s}), u"False"_s);
-    ASSERT_TRUE(Save(u"PREF"_s, u"ALERT"_s, u"True"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"PREF"_s, u"ALERT"_s, u"True"_s));
     const QStringList aside = QDir(home.File(u"config/Orvane"_s)).entryList({u"Tamsel.conf.damaged-*"_s});
     ASSERT_EQ(aside.size(), 1);
     EXPECT_TRUE(home.Read(u"config/Orvane/"_s + aside.first()).contains("garbage"));
@@ -90,7 +86,7 @@ TEST_F(SettingsTest, ADamagedFileIsKeptAsideBeforeItIsRewritten) {
 // writer meanwhile is read again, and the held values stay. A final write the disk refuses is
 // reported.
 TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) {
-    ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2560"_s));
+    ASSERT_TRUE(settings.SaveSetting(u"Common"_s, u"LastID"_s, u"2560"_s));
     const QByteArray before = home.Read(file);
     const QStringList keys{u"Common/LastID"_s, u"PREF/ALERT"_s};
     {
@@ -98,7 +94,7 @@ TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) 
         {
             CRegSettings::DeferredWrites inner(settings);
             for (int id = 2561; id <= 2600; ++id) {
-                ASSERT_TRUE(Save(u"Common"_s, u"LastID"_s, QString::number(id)));
+                ASSERT_TRUE(settings.SaveSetting(u"Common"_s, u"LastID"_s, QString::number(id)));
             }
             EXPECT_TRUE(inner.End());
         }
@@ -112,7 +108,7 @@ TEST_F(SettingsTest, DeferredWritesReachTheFileOnlyWhenTheOutermostStretchEnds) 
 
     ASSERT_TRUE(QFile::remove(home.File(file)) && QDir().mkpath(home.File(file)));
     CRegSettings::DeferredWrites refused(settings);
-    EXPECT_TRUE(Save(u"Common"_s, u"LastID"_s, u"2601"_s));
+    EXPECT_TRUE(settings.SaveSetting(u"Common"_s, u"LastID"_s, u"2601"_s));
     EXPECT_FALSE(refused.End());
 }
 

@@ -17,13 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-XmlDocument ParseOk(const char* text) {
-    QString error;
-    XmlDocument doc = XmlDocument::Parse(QByteArray(text), &error);
-    EXPECT_FALSE(doc.IsNull()) << error.toStdString();
-    return doc;
-}
-
 // The tree under `node` as one line: elements by name with their children in brackets, text in
 // quotes, any other node as "?".
 QString Shape(const XmlNode& node) {
@@ -45,13 +38,11 @@ QString Shape(const XmlNode& node) {
 // Whitespace between elements is no child, CDATA reads as text and internal entities are
 // substituted; a broken document gives a reason.
 TEST(XmlDocumentTest, WhitespaceBetweenElementsIsNoChildAndCdataReadsAsText) {
-    const XmlDocument doc =
-        ParseOk("<!DOCTYPE channel [<!ENTITY who \"Tamsel\">]><channel>\n  <title>  News &who; </title>\n  "
-                "<description><![CDATA[<b>bold</b>]]></description>\n</channel>");
+    const XmlDocument doc = XmlDocument::Parse(
+        "<!DOCTYPE channel [<!ENTITY who \"Tamsel\">]><channel>\n  <title>  News &who; </title>\n  "
+        "<description><![CDATA[<b>bold</b>]]></description>\n</channel>");
     EXPECT_EQ(Shape(doc.DocumentElement()),
               u"channel(title(\"  News Tamsel \") description(\"<b>bold</b>\"))"_s);
-    EXPECT_EQ(Shape(doc.DocumentElement().FirstChildElement(u"description"_s)),
-              u"description(\"<b>bold</b>\")"_s);
     QString error;
     EXPECT_TRUE(XmlDocument::Parse("<a><b></a>", &error).IsNull());
     EXPECT_TRUE(error.contains(u"line 1"_s));
@@ -99,19 +90,11 @@ TEST(XmlDocumentTest, BuildsAndSavesWithoutDeclarationAtomically) {
     EXPECT_FALSE(error.isEmpty());
     EXPECT_TRUE(home.Read(u"out.xml"_s).startsWith("<tamselprofiles>"));
     EXPECT_FALSE(doc.Save(home.File(u"missing-folder/x.xml"_s)));
+    EXPECT_FALSE(doc.Save(home.File(u"missing-folder/x.xml"_s), &error));
+    EXPECT_FALSE(error.isEmpty());
 
-    // Removed and replaced nodes stay readable until the document goes.
-    XmlDocument bank =
-        ParseOk("<bank><item><title>old</title></item><item><title>gone</title></item></bank>");
-    const XmlNode bankRoot = bank.DocumentElement();
-    const auto items = bankRoot.ChildNodes();
-    XmlNode replacement = bank.ImportNode(ParseOk("<item><title>new</title></item>").DocumentElement());
-    XmlDocument::ReplaceChild(items[0], replacement);
-    XmlDocument::RemoveChild(bankRoot, items[1]);
-    EXPECT_EQ(Shape(items[0]) + Shape(items[1]), u"item(title(\"old\"))item(title(\"gone\"))"_s);
-    EXPECT_EQ(Shape(bankRoot), u"bank(item(title(\"new\")))"_s);
     // A created node that never joins the tree is freed with the document (checked by ASan).
-    bank.CreateElement(u"orphan"_s);
+    doc.CreateElement(u"orphan"_s);
 }
 
 // Each attack either loads with the outside reference left empty, or does not load at all; no
@@ -182,9 +165,9 @@ TEST(XsltTest, StylesheetsMayNotWriteFilesOrReadOtherFiles) {
         "<xsl:template match=\"/\"><out><xsl:value-of select=\"document('file://" +
         home.File(u"secret.xml"_s).toUtf8() + "')\"/><exsl:document href=\"" + target.toUtf8() +
         "\"><x/></exsl:document></out></xsl:template></xsl:stylesheet>";
-    const XsltStylesheet style = XsltStylesheet::Compile(ParseOk(sheetText.constData()));
+    const XsltStylesheet style = XsltStylesheet::Compile(XmlDocument::Parse(sheetText));
     ASSERT_FALSE(style.IsNull());
-    const XmlDocument out = style.TransformToDocument(ParseOk("<r/>"));
+    const XmlDocument out = style.TransformToDocument(XmlDocument::Parse("<r/>"));
     EXPECT_FALSE(QFile::exists(target));
     if (!out.IsNull()) {
         EXPECT_FALSE(out.ToBytes().contains("TOPSECRET"));
