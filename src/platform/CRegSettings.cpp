@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
+#include <algorithm>
 
 namespace {
 
@@ -64,6 +65,34 @@ qsizetype FindUnescaped(QStringView text, QChar delimiter) {
 
 bool SameName(const QString& a, const QString& b) {
     return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+// The program as the Exec= value of a desktop entry: `%` doubled, the path quoted when the
+// launcher would split or expand it, then escaped as every desktop-entry text is.
+QString ExecValue(const QString& program) {
+    constexpr QStringView kReserved = u" \t\n\"'\\><~|&;$*?#()`";
+    constexpr QStringView kEscapedInQuotes = u"\"`$\\";
+    QString exec = program;
+    exec.replace(u'%', QStringLiteral("%%"));
+    if (std::any_of(exec.cbegin(), exec.cend(), [&](QChar c) { return kReserved.contains(c); })) {
+        QString quoted = QStringLiteral("\"");
+        for (const QChar c : std::as_const(exec)) {
+            if (kEscapedInQuotes.contains(c)) {
+                quoted += u'\\';
+            }
+            quoted += c;
+        }
+        exec = quoted + u'"';
+    }
+    return Escape(exec, {});
+}
+
+QString ExecProgram(QStringView value) {
+    QString exec = Unescape(value);
+    if (exec.size() >= 2 && exec.startsWith(u'"') && exec.endsWith(u'"')) {
+        exec = Unescape(QStringView(exec).sliced(1, exec.size() - 2));
+    }
+    return exec.replace(QStringLiteral("%%"), QStringLiteral("%"));
 }
 
 } // namespace
@@ -263,7 +292,7 @@ QString CRegSettings::GetSetting(const QString& section, const QString& key, con
         while (!file.atEnd()) {
             const QString line = QString::fromUtf8(file.readLine()).trimmed();
             if (line.startsWith(QStringLiteral("Exec="))) {
-                const QString value = line.mid(5);
+                const QString value = ExecProgram(QStringView(line).mid(5));
                 return value.isEmpty() ? defaultValue : value;
             }
         }
@@ -287,7 +316,7 @@ bool CRegSettings::SaveSetting(const QString& section, const QString& key, const
         }
         const QString text =
             QStringLiteral("[Desktop Entry]\nType=Application\nName=") + key +
-            QStringLiteral("\nComment=Reader for RSS and Atom news channels\nExec=") + value +
+            QStringLiteral("\nComment=Reader for RSS and Atom news channels\nExec=") + ExecValue(value) +
             QStringLiteral("\nIcon=tamsel\nTerminal=false\nX-GNOME-Autostart-enabled=true\n");
         return AtomicFile::Write(AutostartFile(key), text.toUtf8());
     }

@@ -63,11 +63,19 @@ TEST_F(SettingsTest, TheStartUpEntryIsAnAutostartFileNamingTheProgram) {
     settings.SetCompany(u"Microsoft"_s);
     settings.SetAppName(u"Windows"_s);
     const QString run = u"CurrentVersion\\Run"_s;
-    ASSERT_TRUE(settings.SaveSetting(run, u"Tamsel"_s, u"/opt/tamsel/bin/tamsel"_s));
-    EXPECT_EQ(Values(settings, {run + u"/Tamsel"_s}), u"/opt/tamsel/bin/tamsel"_s);
-    const QByteArray desktop = home.Read(u"config/autostart/tamsel.desktop"_s);
-    EXPECT_TRUE(desktop.startsWith("[Desktop Entry]\n"));
-    EXPECT_TRUE(desktop.contains("\nExec=/opt/tamsel/bin/tamsel\n")) << desktop.toStdString();
+    // The program's path, and its Exec= line: quoted where a launcher would split or expand it.
+    const std::pair<QString, QByteArray> programs[] = {
+        {u"/opt/tamsel/bin/tamsel"_s, "/opt/tamsel/bin/tamsel"},
+        {u"/home/ann/My Apps/tamsel"_s, "\"/home/ann/My Apps/tamsel\""},
+        {u"/home/ann/100%/$HOME/a\\b"_s, "\"/home/ann/100%%/\\\\$HOME/a\\\\\\\\b\""},
+    };
+    for (const auto& [program, exec] : programs) {
+        ASSERT_TRUE(settings.SaveSetting(run, u"Tamsel"_s, program));
+        EXPECT_EQ(Values(settings, {run + u"/Tamsel"_s}), program);
+        const QByteArray desktop = home.Read(u"config/autostart/tamsel.desktop"_s);
+        EXPECT_TRUE(desktop.startsWith("[Desktop Entry]\n"));
+        EXPECT_TRUE(desktop.contains(QByteArray("\nExec=" + exec + "\n"))) << desktop.toStdString();
+    }
     EXPECT_TRUE(settings.DeleteSetting(run, u"Tamsel"_s));
     EXPECT_FALSE(QFile::exists(home.File(u"config/autostart/tamsel.desktop"_s)));
     EXPECT_FALSE(QFile::exists(home.File(u"config/Microsoft/Windows.conf"_s)));

@@ -66,9 +66,6 @@ void LocalHttpServer::Answer(QTcpSocket* socket, const QByteArray& request) {
     } else {
         route = *found;
     }
-    if (route.hang) {
-        return;
-    }
     if (route.reset) {
         socket->abort();
         return;

@@ -24,8 +24,6 @@ public:
         int status = 200;
         QByteArray body;
         QList<std::pair<QByteArray, QByteArray>> headers;
-        // Never answer: the connection stays open and silent.
-        bool hang = false;
         // Close the connection without an answer.
         bool reset = false;
         // Answer only when the test calls ReleaseHeld (a server that is slow, then answers).
