@@ -10,6 +10,7 @@ namespace {
 
 class ChannelRecordTest : public FeedsFixture {
 protected:
+    void SetUp() override { Activate(); }
     // A channel filled from a channels.xml element, in the profile folder.
     std::unique_ptr<RSSChannel> Loaded(const QString& element) {
         const XmlDocument doc = XmlDocument::Parse(element.toUtf8());
@@ -47,10 +48,9 @@ TEST_F(ChannelRecordTest, RecordsAreReadLenientlyAndWrittenInTheFixedOrder) {
 
 // Deleting, flagging and marking read act on the bank; the icon follows the state in the order
 // help, flagged, reload, err, newitems, then unread or read (the fetch tests see reload, err over
-// newitems, and read); removing a channel takes its items
-// (not the deleted ones) and its logo file, and stops its checks.
+// newitems, and read); removing a channel takes its items (not the deleted ones) and its logo
+// file, and stops its checks.
 TEST_F(ChannelRecordTest, ItemsIconAndRemoval) {
-    Activate();
     const QString url = u"http://example.org/x.xml"_s;
     auto channel = NewChannel(url);
     StoreItems(url, 3);
@@ -94,11 +94,10 @@ TEST_F(ChannelRecordTest, ItemsIconAndRemoval) {
     EXPECT_FALSE(http.Requests().join(u' ').contains(url)) << "a removed channel no longer checks";
 }
 
-// The viewer is placed where data/viewer-placed.xml says, with the stored panel height; only a normal
-// window's geometry is kept. Without a stored size it is not moved; restored, it gets the default
-// panel (data/viewer-restored.xml).
+// The viewer is placed where data/viewer-placed.xml says, with the stored panel height; only a
+// normal window's geometry is kept. Without a stored size it is not moved; restored, it gets the
+// default panel (data/viewer-restored.xml).
 TEST_F(ChannelRecordTest, ViewerIsPlacedAndItsGeometryKept) {
-    Activate();
     auto channel = Loaded(QString::fromUtf8(ReadData(u"viewer-placed.xml"_s)));
     channel->CreateChannelView(false);
     HeadlessHost::RecordedViewer* viewer = host.ViewerOf(*channel);
@@ -113,34 +112,37 @@ TEST_F(ChannelRecordTest, ViewerIsPlacedAndItsGeometryKept) {
     EXPECT_EQ(channel->WindowGeometry(), QRect(5, 6, 500, 350));
     viewer->SetWindowState(2);
     viewer->UserResize(QRect(0, 0, 1920, 1080));
-    EXPECT_EQ(channel->WindowGeometry(), QRect(5, 6, 500, 350));
+    EXPECT_EQ(channel->WindowGeometry(), QRect(5, 6, 500, 350)) << "a maximised window's is not kept";
     channel->ShowItem(4);
     EXPECT_EQ(viewer->Calls().last(), u"item 4"_s);
-    EXPECT_EQ(host.ViewerRequests(), QStringList{u"load http://example.org/x.xml"_s});
     home.Write(u"profiles/Tester/C1_tmp.html"_s, "<html/>");
     channel.reset();
-    EXPECT_EQ(host.ViewerRequests().last(), u"unload http://example.org/x.xml"_s);
+    EXPECT_EQ(host.ViewerRequests(),
+              (QStringList{u"load http://example.org/x.xml"_s, u"unload http://example.org/x.xml"_s}));
     EXPECT_FALSE(QFile::exists(ProfileFolder() + u"C1_tmp.html"_s)) << "the page file goes with the channel";
 
     host.ChangeUser(nullptr);
     auto unsized = NewChannel(u"http://example.org/y.xml"_s);
     unsized->ShowItem(0);
     ASSERT_NE(host.ViewerOf(*unsized), nullptr);
-    EXPECT_FALSE(host.ViewerOf(*unsized)->Calls().join(u';').contains(u"geometry"_s));
-    EXPECT_EQ(host.ViewerOf(*unsized)->Calls().last(), u"item 0"_s);
+    EXPECT_EQ(host.ViewerOf(*unsized)->Calls(),
+              (QStringList{u"caption http://example.org/y.xml"_s,
+                           u"setup http://example.org/y.xml|"_s + ProfileFolder() + u"A01_tmp.html"_s,
+                           u"show"_s, u"item 0"_s}))
+        << "not moved without a stored size";
     auto restored = Loaded(QString::fromUtf8(ReadData(u"viewer-restored.xml"_s)));
     restored->CreateChannelView(true);
     ASSERT_NE(host.ViewerOf(*restored), nullptr);
     EXPECT_EQ(restored->PanelHeight(), RSSChannel::kDefaultPanelHeight);
-    EXPECT_EQ(host.ViewerOf(*restored)->PanelHeight(), RSSChannel::kDefaultPanelHeight);
-    EXPECT_TRUE(host.ViewerOf(*restored)->Visible());
+    EXPECT_EQ(host.ViewerOf(*restored)->Calls(),
+              (QStringList{u"geometry 0,0,400,300"_s, u"panel %1"_s.arg(RSSChannel::kDefaultPanelHeight),
+                           u"caption "_s, u"setup http://example.org/z.xml|"_s, u"show"_s}));
 }
 
 // The logo comes only from channels.xml and is downloaded once into the profile folder; a failed
 // download writes nothing, and only web addresses are fetched. An id that leaves the profile folder
 // names no file: no logo is written, no cached feed read and nothing deleted outside it.
 TEST_F(ChannelRecordTest, LogoIsDownloadedOnceIntoTheProfileFolder) {
-    Activate();
     ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
     const QString record =
         u"<channel><url>http://feeds.example.org/x</url><id>%1</id><image><url>%2</url></image></channel>"_s;

@@ -31,14 +31,6 @@ void FeedsFixture::Activate(bool keepMakerChannels) {
     host.ClearStateChanges();
 }
 
-QStringList FeedsFixture::Titles(const QString& url) const {
-    QStringList titles;
-    for (const XmlNode& item : Items(url)) {
-        titles.append(GetItemTitle(item));
-    }
-    return titles;
-}
-
 FeedServices FeedsFixture::ChannelServices() {
     return FeedServices{clock,           settings,       Client(),
                         home.GetPaths(), host,           namespaceTransform,
@@ -80,16 +72,6 @@ QByteArray ReadData(const QString& name) {
 
 QStringList DataFiles(const QString& pattern) {
     return QDir(QStringLiteral(TAMSEL_TEST_DATA_DIR)).entryList({pattern}, QDir::Files, QDir::Name);
-}
-
-QByteArray FeedWithItems(const QString& title, int count) {
-    QByteArray feed = "<rss version=\"2.0\"><channel><title>" + title.toUtf8() + "</title>";
-    for (int i = 1; i <= count; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        feed += "<item><title>Item " + n + "</title><description>Text " + n + "</description><guid>g" + n +
-                "</guid><pubDate>Tue, 15 Nov 2005 13:45:00 GMT</pubDate></item>";
-    }
-    return feed + "</channel></rss>";
 }
 
 QByteArray ElementBytes(RSSChannel& channel) {

@@ -49,8 +49,6 @@ protected:
     clsItemBank& Bank() const { return *profile.ItemBank(); }
     // The items of `url` that are not deleted, in the bank of the active profile.
     ItemList Items(const QString& url = kFeedUrl) const { return Bank().SubChannelList(url, {}, {}); }
-    // The titles of Items(url), in the bank's order.
-    QStringList Titles(const QString& url) const;
     QString ProfileFolder() const { return home.GetPaths().ProfileFolder(kProfile) + u'/'; }
     // What channels of this profile work with; retries use `randomValue`.
     FeedServices ChannelServices();
@@ -87,7 +85,5 @@ QStringList DataFiles(const QString& pattern);
 inline QByteArray ExampleFeed() {
     return ReadData(QStringLiteral("fetch-example.xml"));
 }
-// An RSS 2.0 feed titled `title` with `count` dated items "Item 1" ... (guids g1 ...).
-QByteArray FeedWithItems(const QString& title, int count);
 // The channel's channels.xml element alone, serialised.
 QByteArray ElementBytes(RSSChannel& channel);

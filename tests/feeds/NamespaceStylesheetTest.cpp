@@ -3,7 +3,8 @@
 // The namespace stylesheet (tamselns.xsl): every feed dialect comes out in the RSS 2.0 shape that
 // the channel walks. Its cases are feed files under data/ (stylesheet-*.xml, dialect-*.xml), each
 // beside the fields it must give (.expected), among them feeds in legacy and UTF-16 encodings and
-// weekdays across centuries. Also the entities of RSS 0.91 documents.
+// weekdays across centuries, and the entities of RSS 0.91 documents, which come from the shipped
+// DTD (stylesheet-rss091-*.xml).
 #include "platform/Paths.h"
 #include "platform/XmlDocument.h"
 #include "platform/XmlSecurity.h"
@@ -13,13 +14,9 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSet>
 #include <cstdarg>
 #include <gtest/gtest.h>
-#include <libxml/tree.h>
-#include <libxslt/xsltInternals.h>
 #include <libxslt/xsltutils.h>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -39,18 +36,14 @@ QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Feeds are parsed as a channel parses them: shipped DTDs may be read, nothing else.
-XmlDocument ParseFeed(const QByteArray& bytes, QString* error = nullptr) {
-    XmlSecurity::MapShippedDtds(ResourceFolder());
-    return XmlDocument::Parse(bytes, error, XmlParseOptions::ForFeed(QString()));
-}
-
+// Feeds are parsed as a channel parses them (shipped DTDs may be read, nothing else), then
+// normalised; a feed that does not parse reports the parser's message.
 XmlDocument Normalise(const QByteArray& bytes) {
+    XmlSecurity::MapShippedDtds(ResourceFolder());
     QString error;
-    const XmlDocument feed = ParseFeed(bytes, &error);
+    const XmlDocument feed = XmlDocument::Parse(bytes, &error, XmlParseOptions::ForFeed(QString()));
     EXPECT_FALSE(feed.IsNull()) << error.toStdString();
-    XmlDocument result =
-        feed.IsNull() ? XmlDocument::Adopt(nullptr) : Stylesheet().TransformToDocument(feed, &error);
+    XmlDocument result = Stylesheet().TransformToDocument(feed, &error);
     EXPECT_FALSE(result.IsNull()) << error.toStdString();
     return result;
 }
@@ -114,20 +107,17 @@ void CollectMessage(void*, const char* format, ...) {
 // its .expected file lists, in that order, without a message; the walk and the item bank read a
 // description from its first child.
 TEST(NamespaceStylesheetTest, EveryCaseFileGivesItsExpectedFieldsWithoutAMessage) {
+    // Installed after the stylesheet's first use, which installs the product's own collector; the
+    // compilation that follows reports its warnings here.
     ASSERT_FALSE(Stylesheet().IsNull());
-    // Installed after the stylesheet's first use, which installs the product's own collector.
     xmlGenericErrorFunc previous = xsltGenericError;
     void* previousContext = xsltGenericErrorContext;
     xsltSetGenericErrorFunc(nullptr, &CollectMessage);
-    const XmlDocument source = XmlDocument::Load(ResourceFolder() + u"/tamselns.xsl"_s);
-    std::unique_ptr<xsltStylesheet, decltype(&xsltFreeStylesheet)> style(
-        xsltParseStylesheetDoc(xmlCopyDoc(source.Raw(), 1)), &xsltFreeStylesheet);
-    ASSERT_NE(style, nullptr);
-    EXPECT_EQ(style->warnings, 0);
+    ASSERT_FALSE(XsltStylesheet::Load(ResourceFolder() + u"/tamselns.xsl"_s).IsNull());
     const QDir data(QStringLiteral(TAMSEL_TEST_DATA_DIR));
     const QStringList files =
         data.entryList({u"dialect-*.xml"_s, u"stylesheet-*.xml"_s}, QDir::Files, QDir::Name);
-    ASSERT_EQ(files.size(), 38);
+    ASSERT_EQ(files.size(), 42);
     for (const QString& file : files) {
         SCOPED_TRACE(file.toStdString());
         const XmlDocument doc = Normalise(ReadFile(data.filePath(file)));
@@ -135,11 +125,11 @@ TEST(NamespaceStylesheetTest, EveryCaseFileGivesItsExpectedFieldsWithoutAMessage
         EXPECT_EQ(doc.DocumentElement().Name(), u"rss"_s);
         EXPECT_EQ(doc.DocumentElement().Attribute(u"version"_s), u"2.0"_s);
         ASSERT_EQ(doc.DocumentElement().ChildNodes().size(), 1u);
-        QStringList expected = QString::fromUtf8(ReadFile(data.filePath(file.chopped(4) + u".expected"_s)))
-                                   .split(u'\n', Qt::SkipEmptyParts);
-        expected.removeIf(
-            [](const QString& line) { return line.startsWith(u'#') || line.trimmed().isEmpty(); });
-        EXPECT_EQ(DescribeChannel(doc), expected);
+        // The lines that are neither blank nor comments.
+        EXPECT_EQ(DescribeChannel(doc),
+                  QString::fromUtf8(ReadFile(data.filePath(file.chopped(4) + u".expected"_s)))
+                      .split(u'\n')
+                      .filter(QRegularExpression(u"^(?!#)\\s*\\S"_s)));
         for (const XmlNode& item : doc.DocumentElement().SelectNodes(u"/rss/channel/item"_s)) {
             const XmlNode description = item.SelectSingleNode(u"description"_s);
             EXPECT_TRUE(description.IsNull() || description.ChildNodes().size() == 1u);
@@ -173,47 +163,10 @@ TEST(NamespaceStylesheetTest, LongTextsDoNotExhaustTheRecursion) {
     EXPECT_EQ(items[1].SelectSingleNode(u"description"_s).Text(), u"<p>"_s + expected + u"</p>"_s);
     // A title is cut before its tags are taken out; what is left is only text.
     const QString title = items[0].SelectSingleNode(u"title"_s).Text();
-    EXPECT_FALSE(title.isEmpty());
-    EXPECT_EQ(title, QString(title.size(), u'x'));
+    EXPECT_TRUE(!title.isEmpty() && title == QString(title.size(), u'x')) << title.toStdString();
     const QString folders = u"http://b.example/"_s + u"d/"_s.repeated(250) + u"a/"_s.repeated(150);
     EXPECT_EQ(items[2].SelectSingleNode(u"link"_s).Text(), folders + u'x');
     EXPECT_EQ(items[2].SelectSingleNode(u"description"_s).Text(),
               u"<span>"_s.repeated(depth) + u"<a href=\""_s + folders + u"y\">&amp;</a><img src=\""_s +
                   QString::fromLatin1(tooLong) + u"\" />"_s + u"</span>"_s.repeated(depth));
-}
-
-// The shipped RSS 0.91 DTD declares the whole HTML 4 entity set once (96 Latin-1 characters, 124
-// symbols and Greek letters, 28 special characters), and answers for either of its identifiers
-// whatever the other says. A sample is checked against code points written here, then every
-// declaration.
-TEST(NamespaceStylesheetTest, Rss091EntitiesComeFromTheShippedDtd) {
-    const QString text = QString::fromUtf8(ReadFile(ResourceFolder() + u"/dtd/rss-0.91.dtd"_s));
-    QSet<int> codePoints;
-    QByteArray body = "[&eacute;&Omega;&hellip;&euro;&zwj;]";
-    QString expected = u"[\u00e9\u03a9\u2026\u20ac\u200d]"_s;
-    for (auto match = QRegularExpression(u"<!ENTITY\\s+(\\w+)\\s+\"&#(\\d+);\">"_s).globalMatch(text);
-         match.hasNext();) {
-        const auto m = match.next();
-        const char32_t codePoint = char32_t(m.captured(2).toUInt());
-        codePoints.insert(int(codePoint));
-        body += "&" + m.captured(1).toLatin1() + ";";
-        expected += QString::fromUcs4(&codePoint, 1);
-    }
-    EXPECT_EQ(codePoints.size(), 248);
-    EXPECT_EQ(text.count(u"<!ENTITY"_s), 248);
-    for (int latin1 = 0xA0; latin1 <= 0xFF; ++latin1) {
-        EXPECT_TRUE(codePoints.contains(latin1)) << latin1;
-    }
-    const QByteArray publicId = "\"-//Netscape Communications//DTD RSS 0.91//EN\"";
-    const QByteArray systemId = "\"http://my.netscape.com/publish/formats/rss-0.91.dtd\"";
-    const QByteArray doctypes[] = {"PUBLIC " + publicId + " " + systemId, "PUBLIC " + publicId + " \"x\"",
-                                   "PUBLIC " + publicId + " \"rss-0.91.dtd\"", "SYSTEM " + systemId};
-    for (const QByteArray& doctype : doctypes) {
-        const XmlDocument doc =
-            ParseFeed("<?xml version=\"1.0\"?>\n<!DOCTYPE rss " + doctype +
-                      ">\n<rss version=\"0.91\"><channel><title>" + body + "</title></channel></rss>");
-        ASSERT_FALSE(doc.IsNull()) << doctype.toStdString();
-        EXPECT_EQ(doc.DocumentElement().SelectSingleNode(u"channel/title"_s).Text(), expected)
-            << doctype.toStdString();
-    }
 }
