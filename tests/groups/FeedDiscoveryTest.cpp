@@ -15,11 +15,11 @@ constexpr int kServerLimitMs = 20000;
 const QByteArray kRss = "<rss version=\"2.0\"><channel><title> Harbour  News </title></channel></rss>";
 const QByteArray kAtom = "<feed xmlns=\"http://www.w3.org/2005/Atom\"><title>Hill Journal</title></feed>";
 
-// Discoveries through a local server, and through a fake network the test answers for what
+// Discoveries through a local server, and through the fake network (answered by the test) for what
 // depends on the order of events.
-class FeedDiscoveryTest : public ::testing::Test {
+class FeedDiscoveryTest : public FeedsFixture {
 protected:
-    FeedDiscoveryTest() {
+    FeedDiscoveryTest() : FeedsFixture(false, Network::Real) {
         for (FeedDiscovery* each : {&discovery, &offline}) {
             QObject::connect(each, &FeedDiscovery::Finished,
                              [this](const QList<DiscoveredFeed>& found, const QString& message) {
@@ -32,30 +32,28 @@ protected:
         }
     }
 
-    QString Url(const QString& path) const { return server.Url(path).toString(); }
-    // Discovers, serving the event loop until the report came; the report, then what was asked.
-    QStringList Discover(const QString& address) {
+    // Discovers `address` ("site/" stands for the local server), serving the event loop until the
+    // report came; the report, then what was asked, as "report / GET path / ..." with the server's
+    // address as "site/".
+    QString Discover(const QString& address) {
         server.ClearRequests();
         reports.clear();
-        discovery.Discover(address);
+        const QString site = server.Url(u"/"_s).toString();
+        discovery.Discover(QString(address).replace(u"site/"_s, site));
         EXPECT_TRUE(PumpUntil([this] { return !reports.isEmpty(); }, kServerLimitMs));
-        return reports + server.Requests();
+        return (reports + server.Requests()).join(u" / "_s).replace(site, u"site/"_s);
     }
 
-    TestHome home;
-    FakeClock clock;
     LocalHttpServer server;
-    NetworkHttpClient http{home.GetPaths()};
-    FeedDiscovery discovery{http, clock};
-    FakeHttpClient fake;
-    FeedDiscovery offline{fake, clock};
+    FeedDiscovery discovery{*network, clock};
+    FeedDiscovery offline{http, clock};
     // Each report as "message | url title, url title".
     QStringList reports;
 };
 
 } // namespace
 
-TEST_F(FeedDiscoveryTest, AFeedGivesItselfWithItsTitleAPageTheWebFeedsItLinksInPageOrder) {
+TEST_F(FeedDiscoveryTest, AFeedGivesItselfAPageItsLinkedFeedsInPageOrderOrElseTheSitesCommonPaths) {
     server.ServeXml(u"/blog/index.html"_s, ReadData(u"blog.html"_s));
     server.ServeXml(u"/rss"_s, kRss);
     // Not closed, links in the body, upper-case names, unquoted values, an entity naming a file.
@@ -65,43 +63,31 @@ TEST_F(FeedDiscoveryTest, AFeedGivesItselfWithItsTitleAPageTheWebFeedsItLinksInP
                         .replace("$SECRET", QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toEncoded()));
     home.Write(u"local.xml"_s, kAtom);
     const QString local = home.File(u"local.xml"_s);
-    EXPECT_EQ(Discover(Url(u"/blog/index.html"_s)),
-              (QStringList{
-                  u" | http://other.example/news/posts.xml Posts, http://other.example/all.xml , "
-                  u"http://elsewhere.example/comments.atom All comments, http://other.example/yes.rdf RDF"_s,
-                  u"GET /blog/index.html"_s}));
-    EXPECT_EQ(Discover(Url(u"/rss"_s)),
-              (QStringList{u" | "_s + Url(u"/rss"_s) + u" Harbour News"_s, u"GET /rss"_s}));
-    EXPECT_EQ(Discover(local),
-              QStringList{u" | "_s + QUrl::fromLocalFile(local).toString() + u" Hill Journal"_s});
+    EXPECT_EQ(Discover(u"site/blog/index.html"_s), QString::fromUtf8(ReadData(u"blog.expected"_s)));
+    EXPECT_EQ(Discover(u"site/rss"_s), u" | site/rss Harbour News / GET /rss"_s);
+    EXPECT_EQ(Discover(local), u" | "_s + QUrl::fromLocalFile(local).toString() + u" Hill Journal"_s);
     // The entity's file is never read: its link keeps the reference as written.
-    EXPECT_EQ(Discover(Url(u"/messy"_s)),
-              (QStringList{u" | %1 Body, %2 Entity"_s.arg(Url(u"/body.atom"_s), Url(u"/&xxe;"_s)),
-                           u"GET /messy"_s}));
-}
+    EXPECT_EQ(Discover(u"site/messy"_s), u" | site/body.atom Body, site/&xxe; Entity / GET /messy"_s);
 
-TEST_F(FeedDiscoveryTest, APageWithoutFeedsTriesTheSitesCommonPathsInOrder) {
-    // The page, itself a common path, is not read twice.
+    // A page without feeds tries the site's common paths in order; the page, itself a common path,
+    // is not read twice.
     server.ServeXml(u"/rss"_s, "<html><head><title>Subscribe</title></head><body>No feeds.</body></html>");
-    EXPECT_EQ(
-        Discover(Url(u"/rss"_s)),
-        (QStringList{u"No feed was found at "_s + Url(u"/rss"_s) + u". | "_s, u"GET /rss"_s, u"GET /feed"_s,
-                     u"GET /atom.xml"_s, u"GET /feed.xml"_s, u"GET /rss.xml"_s, u"GET /index.xml"_s}));
+    EXPECT_EQ(Discover(u"site/rss"_s),
+              u"No feed was found at site/rss. |  / GET /rss / GET /feed / GET /atom.xml / "
+              u"GET /feed.xml / GET /rss.xml / GET /index.xml"_s);
 
     // The site's paths replace the page's path, query and fragment; a path that fails and a page
     // that is no feed are passed over; nothing is asked for after the first feed.
     server.ServeXml(u"/about?lang=en"_s, "<html><body>About us.</body></html>");
     server.ServeXml(u"/atom.xml"_s, kAtom);
-    EXPECT_EQ(Discover(Url(u"/about?lang=en#top"_s)),
-              (QStringList{u" | "_s + Url(u"/atom.xml"_s) + u" Hill Journal"_s, u"GET /about?lang=en"_s,
-                           u"GET /feed"_s, u"GET /rss"_s, u"GET /atom.xml"_s}));
+    EXPECT_EQ(Discover(u"site/about?lang=en#top"_s),
+              u" | site/atom.xml Hill Journal / GET /about?lang=en / GET /feed / GET /rss / GET /atom.xml"_s);
 
     // A page that cannot be read gives the network's reason, and no site to try.
-    const QStringList missing = Discover(Url(u"/missing"_s));
-    EXPECT_TRUE(missing.size() == 2 &&
-                missing[0].startsWith(Url(u"/missing"_s) + u" could not be read: "_s) &&
-                missing[1] == u"GET /missing"_s)
-        << missing.join(u'\n').toStdString();
+    const QString missing = Discover(u"site/missing"_s);
+    EXPECT_TRUE(missing.startsWith(u"site/missing could not be read: "_s) &&
+                missing.endsWith(u" |  / GET /missing"_s))
+        << missing.toStdString();
 }
 
 TEST_F(FeedDiscoveryTest, RefusalsTheTimeLimitCancelAndNewDiscoveriesReportOnceFromTheEventLoop) {
@@ -115,7 +101,7 @@ TEST_F(FeedDiscoveryTest, RefusalsTheTimeLimitCancelAndNewDiscoveriesReportOnceF
     // The time limit is for all requests together: the page, then a common path that never answers.
     reports.clear();
     offline.Discover(u"http://a.example/about"_s);
-    EXPECT_TRUE(fake.Complete(u"http://a.example/about"_s, "GET", "<html><body>No feeds.</body></html>"));
+    EXPECT_TRUE(http.Complete(u"http://a.example/about"_s, "GET", "<html><body>No feeds.</body></html>"));
     clock.Advance(FeedDiscovery::kTimeLimitMs - 1);
     QCoreApplication::processEvents();
     EXPECT_TRUE(reports.isEmpty());
@@ -128,7 +114,7 @@ TEST_F(FeedDiscoveryTest, RefusalsTheTimeLimitCancelAndNewDiscoveriesReportOnceF
     reports.clear();
     offline.Discover(u"http://a.example/feed"_s);
     offline.Cancel();
-    EXPECT_FALSE(fake.Complete(u"http://a.example/feed"_s, "GET", kRss)) << "the request was dropped";
+    EXPECT_FALSE(http.Complete(u"http://a.example/feed"_s, "GET", kRss)) << "the request was dropped";
     clock.Advance(FeedDiscovery::kTimeLimitMs * 2);
     QCoreApplication::processEvents();
     EXPECT_TRUE(reports.isEmpty());
@@ -143,11 +129,11 @@ TEST_F(FeedDiscoveryTest, RefusalsTheTimeLimitCancelAndNewDiscoveriesReportOnceF
     });
     offline.Discover(u"http://a.example/feed"_s);
     offline.Discover(u"http://b.example/feed"_s);
-    EXPECT_FALSE(fake.Complete(u"http://a.example/feed"_s, "GET", kRss));
-    EXPECT_TRUE(fake.Complete(u"http://b.example/feed"_s, "GET", kAtom));
+    EXPECT_FALSE(http.Complete(u"http://a.example/feed"_s, "GET", kRss));
+    EXPECT_TRUE(http.Complete(u"http://b.example/feed"_s, "GET", kAtom));
     EXPECT_EQ(reports, QStringList{u" | http://b.example/feed Hill Journal"_s});
     EXPECT_EQ(found, (QList<DiscoveredFeed>{{u"http://b.example/feed"_s, u"Hill Journal"_s}}));
-    EXPECT_EQ(fake.Waiting(u"http://c.example/"_s, "GET"), 1);
+    EXPECT_EQ(http.Waiting(u"http://c.example/"_s, "GET"), 1);
 }
 
 TEST(FeedDiscoveryAddressTest, TypedAddressesAreNormalised) {
