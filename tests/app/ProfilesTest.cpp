@@ -21,6 +21,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// Records the messages; everything else as any host does by default.
 class RecordingHost final : public AppHost {
 public:
     void PopupInfo(const QString& message, const QString& profileName, const QString& channelKey) override {
@@ -80,7 +81,7 @@ TEST_F(ProfilesTest, TheReaderIsTolerant) {
 // The user must be able to go on: the list loads empty, so that a new profile can be made.
 TEST_F(ProfilesTest, AMissingOrBrokenFileIsReportedAndABrokenOneKeptAsideForGood) {
     EXPECT_TRUE(Load(QByteArray()));
-    EXPECT_EQ(host.popups, QStringList{u"Error Reading Profiles.XML File !!!||"_s});
+    EXPECT_EQ(host.popups, QStringList{QString(colProfiles::kReadError + u"||"_s)});
     EXPECT_EQ(profiles.DamagedFile(), QString()) << "nothing to keep aside";
 
     // Each broken list is kept aside under a name of its own.
@@ -88,7 +89,7 @@ TEST_F(ProfilesTest, AMissingOrBrokenFileIsReportedAndABrokenOneKeptAsideForGood
     for (int n = 1; n <= 2; ++n) {
         colProfiles again(services, host);
         EXPECT_TRUE(Load(broken, again));
-        EXPECT_EQ(again.UserCount(), 0);
+        EXPECT_EQ(again.GetDefaultUser(), nullptr) << "nor any profile";
         EXPECT_EQ(host.popups.size(), n + 1);
         const QStringList aside = QDir(home.File(u"profiles"_s)).entryList({u"profiles.xml.damaged-*"_s});
         ASSERT_EQ(aside.size(), n);
@@ -102,7 +103,9 @@ TEST_F(ProfilesTest, AMissingOrBrokenFileIsReportedAndABrokenOneKeptAsideForGood
     }
 }
 
-TEST_F(ProfilesTest, WithoutADefaultTheFirstBecomesItAndANewDefaultClearsTheOthers) {
+// Without a default the first becomes it; a new default clears the others. The list is saved as
+// exact bytes and reads back.
+TEST_F(ProfilesTest, TheDefaultIsAlwaysOneProfileAndSaveAllXmlWritesTheExactBytesAndReadsBack) {
     ASSERT_TRUE(
         Load("<tamselprofiles><user><username>Ann</username></user><user><username>Bob</username></user>"
              "</tamselprofiles>"));
@@ -112,30 +115,23 @@ TEST_F(ProfilesTest, WithoutADefaultTheFirstBecomesItAndANewDefaultClearsTheOthe
     profiles.SetDefault(u"Bob"_s);
     EXPECT_EQ(profiles.GetDefaultUser()->Name(), u"Bob"_s);
 
-    home.Write(u"profiles/Cy/keep.txt"_s, "x");
-    profiles.AddUser(u"Cy"_s, false, false);
-    EXPECT_EQ(List(profiles), u"Ann *Bob Cy"_s);
-    EXPECT_EQ(home.Read(u"profiles/Cy/keep.txt"_s), QByteArray("x")) << "an existing folder is kept as it is";
-    clsProfile* dee = profiles.AddUser(u"Dee"_s, true, true);
-    EXPECT_TRUE(QFileInfo(home.File(u"profiles/Dee"_s)).isDir());
+    home.Write(u"profiles/Cy & Co/keep.txt"_s, "x");
+    profiles.AddUser(u"Cy & Co"_s, false, true);
+    EXPECT_EQ(List(profiles), u"Ann *Bob ~Cy & Co"_s);
+    EXPECT_EQ(home.Read(u"profiles/Cy & Co/keep.txt"_s), QByteArray("x"))
+        << "an existing folder is kept as it is";
+    clsProfile* dee = profiles.AddUser(u"Dee"_s, true, false);
     EXPECT_EQ(dee->Folder(), home.File(u"profiles/Dee"_s));
-    EXPECT_EQ(List(profiles), u"Ann Bob Cy *~Dee"_s);
+    EXPECT_TRUE(QFileInfo(dee->Folder()).isDir());
     EXPECT_FALSE(dee->Active());
-}
-
-TEST_F(ProfilesTest, AnEmptyListLoadsAndSaveAllXmlWritesTheExactBytesAndReadsBack) {
-    ASSERT_TRUE(Load("<tamselprofiles/>"));
-    EXPECT_EQ(profiles.GetDefaultUser(), nullptr) << "nor any profile";
-    profiles.AddUser(u"Ann & Co"_s, false, true);
-    profiles.AddUser(u"Bob"_s, true, false);
     ASSERT_TRUE(profiles.SaveAllXML());
-    EXPECT_EQ(
-        home.Read(u"profiles/profiles.xml"_s),
-        QByteArray("<tamselprofiles><user><username>Ann &amp; Co</username><offline>true</offline></user>"
-                   "<user><username>Bob</username><default>true</default></user></tamselprofiles>\n"));
+    EXPECT_EQ(home.Read(u"profiles/profiles.xml"_s),
+              QByteArray("<tamselprofiles><user><username>Ann</username></user><user><username>Bob</username>"
+                         "</user><user><username>Cy &amp; Co</username><offline>true</offline></user><user>"
+                         "<username>Dee</username><default>true</default></user></tamselprofiles>\n"));
     colProfiles again(services, host);
     ASSERT_TRUE(Load(QByteArray(), again));
-    EXPECT_EQ(List(again), u"~Ann & Co *Bob"_s);
+    EXPECT_EQ(List(again), u"Ann Bob ~Cy & Co *Dee"_s);
 }
 
 // Activation lets pending events run between its steps; whatever they do to the profile (a window
