@@ -44,21 +44,6 @@ inline std::ostream& operator<<(std::ostream& os, const CliRun& run) {
               << run.err.toStdString();
 }
 
-// Starts tamsel-cli under `home` with `extra` added to the environment, for a test that serves
-// the event loop itself until the program ends.
-inline void StartIn(QProcess& process, const QString& home, const QStringList& arguments,
-                    const QHash<QString, QString>& extra = {}) {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TAMSEL_HOME"), home);
-    environment.insert(QStringLiteral("TAMSEL_RESOURCES"), QStringLiteral(TAMSEL_BUILD_DATA_DIR));
-    for (auto it = extra.cbegin(); it != extra.cend(); ++it) {
-        environment.insert(it.key(), it.value());
-    }
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(home);
-    process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
-}
-
 // What a program that has ended did.
 inline CliRun Finished(QProcess& process) {
     CliRun run;
@@ -78,7 +63,15 @@ inline CliRun RunIn(const QString& home, const QStringList& arguments,
     if (inChild) {
         process.setChildProcessModifier(inChild);
     }
-    StartIn(process, home, arguments, extra);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TAMSEL_HOME"), home);
+    environment.insert(QStringLiteral("TAMSEL_RESOURCES"), QStringLiteral(TAMSEL_BUILD_DATA_DIR));
+    for (auto it = extra.cbegin(); it != extra.cend(); ++it) {
+        environment.insert(it.key(), it.value());
+    }
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(home);
+    process.start(QStringLiteral(TAMSEL_CLI_PATH), arguments);
     if (!PumpUntil([&process] { return process.state() == QProcess::NotRunning; }, kRunLimitMs)) {
         process.kill();
         process.waitForFinished();

@@ -45,7 +45,6 @@ public:
     // Whether the home could be made.
     bool Ready() const { return m_ready; }
     QString BaseHome() const { return m_base.path(); }
-    LocalHttpServer& Server() { return m_server; }
     QString FeedUrl(int feed) const {
         return m_server.Url(QStringLiteral("/feed") + QString::number(feed)).toString();
     }

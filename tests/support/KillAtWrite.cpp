@@ -4,8 +4,7 @@
 // Every write to a file below TAMSEL_KILL_PREFIX and every rename into it is one event; the
 // events are appended to TAMSEL_KILL_LOG (one "write PATH" or "rename PATH" line each), and the
 // TAMSEL_KILL_AT-th event kills the process with SIGKILL before the call happens, as a power cut
-// or the out-of-memory killer would. With TAMSEL_KILL_ARMED naming a file, nothing counts until
-// that file exists: a test watches only what the program does after it created the file.
+// or the out-of-memory killer would.
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -24,7 +23,6 @@ struct Settings {
     size_t prefixLength = 0;
     int logFd = -1;
     long killAt = 0;
-    const char* armedFile = nullptr;
 };
 
 const Settings& GetSettings() {
@@ -33,46 +31,35 @@ const Settings& GetSettings() {
         s.prefix = std::getenv("TAMSEL_KILL_PREFIX");
         s.prefixLength = s.prefix ? std::strlen(s.prefix) : 0;
         if (const char* log = std::getenv("TAMSEL_KILL_LOG")) {
-            s.logFd = int(syscall(SYS_openat, AT_FDCWD, log, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+            s.logFd =
+                int(syscall(SYS_openat, AT_FDCWD, log, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
         }
         if (const char* at = std::getenv("TAMSEL_KILL_AT")) {
             s.killAt = std::atol(at);
         }
-        s.armedFile = std::getenv("TAMSEL_KILL_ARMED");
         return s;
     }();
     return settings;
 }
 
 std::atomic<long> g_events{0};
-std::atomic<bool> g_armed{false};
-
-// Once armed, for good: the test may remove its file while the program goes on.
-bool Armed() {
-    if (!g_armed) {
-        const char* file = GetSettings().armedFile;
-        g_armed = !file || syscall(SYS_faccessat, AT_FDCWD, file, F_OK, 0) == 0;
-    }
-    return g_armed;
-}
 
 bool Watched(const char* path) {
     const Settings& settings = GetSettings();
-    return settings.prefixLength > 0 && path && std::strncmp(path, settings.prefix, settings.prefixLength) == 0;
+    return settings.prefixLength > 0 && path &&
+           std::strncmp(path, settings.prefix, settings.prefixLength) == 0;
 }
 
 // Logs the event and dies when it is the chosen one. Raw system calls: the log must not count.
 void Event(const char* kind, const char* path) {
-    if (!Armed()) {
-        return;
-    }
     const Settings& settings = GetSettings();
     const long number = ++g_events;
     if (settings.logFd >= 0) {
         char line[4200];
         const int length = std::snprintf(line, sizeof line, "%s %s\n", kind, path);
         if (length > 0) {
-            syscall(SYS_write, settings.logFd, line, size_t(length) < sizeof line ? size_t(length) : sizeof line - 1);
+            syscall(SYS_write, settings.logFd, line,
+                    size_t(length) < sizeof line ? size_t(length) : sizeof line - 1);
         }
     }
     if (number == settings.killAt) {
@@ -80,8 +67,7 @@ void Event(const char* kind, const char* path) {
     }
 }
 
-template <typename Function>
-Function Next(const char* name) {
+template <typename Function> Function Next(const char* name) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 

@@ -13,22 +13,16 @@
 #include <QStringList>
 
 // Preloads the stand-in: it watches the writes and renames below `home`, kills the program at
-// event `killAt` (0: never) and logs every event to `log` when one is named. With `armedFile`,
-// nothing counts until that file exists.
+// event `killAt` (0: never) and logs every event to `log` when one is named.
 inline QHash<QString, QString> KillAtWriteEnvironment(const QString& home, long killAt,
-                                                      const QString& log = {},
-                                                      const QString& armedFile = {}) {
-    QHash<QString, QString> environment{{QStringLiteral("LD_PRELOAD"), QStringLiteral(TAMSEL_KILLAT_PATH)},
-                                        {QStringLiteral("TAMSEL_KILL_PREFIX"), home + u'/'},
-                                        {QStringLiteral("TAMSEL_KILL_AT"), QString::number(killAt)},
-                                        {QStringLiteral("TAMSEL_KILL_LOG"), log}};
-    if (!armedFile.isEmpty()) {
-        environment.insert(QStringLiteral("TAMSEL_KILL_ARMED"), armedFile);
-    }
+                                                      const QString& log = {}) {
     // The sanitizers' runtime must otherwise come first among the loaded libraries.
-    environment.insert(QStringLiteral("ASAN_OPTIONS"),
-                       qEnvironmentVariable("ASAN_OPTIONS") + QStringLiteral(":verify_asan_link_order=0"));
-    return environment;
+    return {{QStringLiteral("LD_PRELOAD"), QStringLiteral(TAMSEL_KILLAT_PATH)},
+            {QStringLiteral("TAMSEL_KILL_PREFIX"), home + u'/'},
+            {QStringLiteral("TAMSEL_KILL_AT"), QString::number(killAt)},
+            {QStringLiteral("TAMSEL_KILL_LOG"), log},
+            {QStringLiteral("ASAN_OPTIONS"),
+             qEnvironmentVariable("ASAN_OPTIONS") + QStringLiteral(":verify_asan_link_order=0")}};
 }
 
 // The logged events, one "write PATH", "rename PATH" or "link PATH" each; empty when no log.
@@ -52,17 +46,14 @@ inline QString KillAtWriteEventShape(QString event, const QString& home) {
 
 // Kill points: every rename or link that puts a file in place, and the first and the last write
 // of each run of writes to one file (a file begun, a file all but finished). Between those, a
-// kill finds the disk in the same state as at one of them. With `within`, only the events on
-// files below that folder are chosen: a kill at another event finds that folder as a kill at the
-// next event in it does. Numbered from 1, as the events count.
-inline QList<long> KillPoints(const QStringList& events, const QString& within = {}) {
+// kill finds the disk in the same state as at one of them. Numbered from 1, as the events count.
+inline QList<long> KillPoints(const QStringList& events) {
     QList<long> points;
     for (qsizetype i = 0; i < events.size(); ++i) {
         const bool write = events[i].startsWith(QStringLiteral("write "));
         const bool firstOfRun = write && (i == 0 || events[i - 1] != events[i]);
         const bool lastOfRun = write && (i + 1 == events.size() || events[i + 1] != events[i]);
-        const bool inside = within.isEmpty() || events[i].section(u' ', 1).startsWith(within + u'/');
-        if (inside && (!write || firstOfRun || lastOfRun)) {
+        if (!write || firstOfRun || lastOfRun) {
             points.append(long(i + 1));
         }
     }

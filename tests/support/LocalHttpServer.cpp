@@ -71,22 +71,9 @@ void LocalHttpServer::Answer(QTcpSocket* socket, const QByteArray& request) {
         return;
     }
     if (route.hold) {
-        m_held.append(Held{QPointer<QTcpSocket>(socket), method, route});
         return;
     }
     Write(socket, method, route);
-}
-
-int LocalHttpServer::ReleaseHeld() {
-    int answered = 0;
-    const QList<Held> held = std::exchange(m_held, {});
-    for (const Held& request : held) {
-        if (request.socket && request.socket->state() == QAbstractSocket::ConnectedState) {
-            Write(request.socket, request.method, request.route);
-            ++answered;
-        }
-    }
-    return answered;
 }
 
 void LocalHttpServer::Write(QTcpSocket* socket, const QByteArray& method, const Route& route) {

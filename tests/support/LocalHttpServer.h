@@ -6,7 +6,6 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QString>
 #include <QUrl>
 #include <memory>
@@ -26,7 +25,7 @@ public:
         QList<std::pair<QByteArray, QByteArray>> headers;
         // Close the connection without an answer.
         bool reset = false;
-        // Answer only when the test calls ReleaseHeld (a server that is slow, then answers).
+        // Never answer: the connection stays open and silent.
         bool hold = false;
     };
 
@@ -39,8 +38,6 @@ public:
     void Redirect(const QString& path, const QUrl& target, int status = 302);
     QStringList Requests() const { return m_requests; }
     void ClearRequests() { m_requests.clear(); }
-    // Answers every held request now (to connections that are still open); the number answered.
-    int ReleaseHeld();
 
 private:
     void Answer(class QTcpSocket* socket, const QByteArray& request);
@@ -49,10 +46,4 @@ private:
     std::unique_ptr<QTcpServer> m_server;
     QHash<QString, Route> m_routes;
     QStringList m_requests;
-    struct Held {
-        QPointer<QTcpSocket> socket;
-        QByteArray method;
-        Route route;
-    };
-    QList<Held> m_held;
 };
