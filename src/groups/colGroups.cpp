@@ -119,7 +119,8 @@ bool colGroups::AddGroup(const QString& name) {
 
 void colGroups::AssignChannel(const QString& groupName, const QString& url) {
     RSSGroup* group = Group(groupName);
-    if (!group) {
+    // A channel the group holds already is no news: listeners would add a second node.
+    if (!group || group->HasChannel(url)) {
         return;
     }
     group->AddChannel(url);

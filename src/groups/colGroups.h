@@ -25,7 +25,6 @@ public:
     void init(const QString& profileName);
     // Reads groups.xml; a missing file is passed over, a damaged one kept aside.
     void LoadXML();
-    // Writes groups.xml atomically; false when it could not be written.
     // Writes groups.xml atomically; false, with the reason when asked, when it could not.
     bool SaveGroupXML(QString* error = nullptr) const;
 

@@ -55,6 +55,7 @@ TEST_F(GroupsTest, AFreshProfileHasTheBuiltInsRenamesKeepThePlaceAndSavesAreExac
          {u"http://a/rss?x=1&y=2"_s, u"http://b/"_s, u"http://c/"_s, u"http://d/"_s, u"http://b/"_s}) {
         groups.AssignChannel(u"my channels"_s, url);
     }
+    EXPECT_EQ(newChannels.count(), 9 + 4) << "a channel the group holds is not announced again";
     groups.Group(u"My Channels"_s)->DeleteChannel(u"http://b/"_s);
     groups.Group(u"Spotlight"_s)->SetExpanded(false);
     ASSERT_TRUE(groups.SaveGroupXML());
