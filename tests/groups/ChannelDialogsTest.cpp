@@ -160,9 +160,8 @@ TEST_F(ChannelDialogsTest, TheAddressBoxTakesOnlyAWebAddressFromTheClipboard) {
          {std::pair{u"  https://example.org/feed  "_s, u"https://example.org/feed"_s},
           std::pair{u"Some text from a letter"_s, QString()},
           std::pair{u"http://example.org/a\nsecond line"_s, QString()}}) {
-        SCOPED_TRACE(clipboard.toStdString());
         QGuiApplication::clipboard()->setText(clipboard);
-        EXPECT_EQ(OpenAddChannel()->txtURL()->text(), expected);
+        EXPECT_EQ(OpenAddChannel()->txtURL()->text(), expected) << clipboard.toStdString();
     }
 }
 
@@ -210,15 +209,13 @@ TEST_F(ChannelDialogsTest, OpmlRowsReachTheChosenGroupWithTheTypedExpiryAndReloa
     dialog->txtExpire()->setText(u"7"_s);
     dialog->txtUpdate()->setText(u"abc"_s);
     QTest::mouseClick(dialog->cmdOk(), Qt::LeftButton);
-    EXPECT_EQ(dialog->result(), QDialog::Accepted);
-    // Each call as "url > group" without the site, with the channel's days/minutes.
-    QStringList channels;
+    EXPECT_EQ(State(*dialog).remove(u"http://o.example.org/"_s),
+              u"accepted+ok found= calls=add 1 > News,add 3 > News,add 4 > News | "_s);
+    // The typed days, and 0 minutes for the number that could not be read.
     for (const QString& call : std::as_const(calls)) {
         const RSSChannel* channel = profile.GetChannel(call.section(u' ', 1, 1));
-        channels.append(call.mid(4).remove(u"http://o.example.org/"_s) + u' ' +
-                        (channel ? u"%1/%2"_s.arg(channel->Expire()).arg(channel->Update()) : u"none"_s));
+        EXPECT_TRUE(channel && channel->Expire() == 7 && channel->Update() == 0) << call.toStdString();
     }
-    EXPECT_EQ(channels.join(u','), u"1 > News 7/0,3 > News 7/0,4 > News 7/0"_s);
     EXPECT_EQ(OpenAddChannel()->List(frmAddChannel::TabOPML)->topLevelItemCount(), 4);
 }
 
@@ -305,10 +302,9 @@ TEST_F(ChannelDialogsTest, TheAddressTabFindsTheFeedsOfAPageOrOffersTheAddressAs
     QTreeWidget& found = *dialog->List(frmAddChannel::TabAddress);
     found.setCurrentItem(found.topLevelItem(1));
     QTest::keyClick(&found, Qt::Key_Return);
-    EXPECT_EQ(State(*dialog),
+    EXPECT_EQ(State(*dialog).section(u" | "_s, 0, 0),
               u"accepted+ok found=Main|site/main.xml,Comments|site/site/comments.xml calls=add "
-              u"site/site/comments.xml > News | 2 feeds were found at site/site/. Choose one and "
-              u"press Ok."_s);
+              u"site/site/comments.xml > News"_s);
 }
 
 } // namespace

@@ -59,20 +59,17 @@ TEST_F(OpmlTest, OutlinesBecomeTheEntriesTheExpectedFilesList) {
 }
 
 // Fake time runs on from inside the reader's wait: first not quite enough, then enough. An
-// answer after the time-out, or after the reader's end, reaches nobody.
+// answer after the time-out, or after the reader's end, reaches nobody. (A list read from a URL
+// fills the Spotlight group in the profile's tests.)
 TEST_F(OpmlTest, ReadsFromAUrlTimesOutAfter25SecondsAndIgnoresLateAnswers) {
     const QString url = u"http://lists.example.org/list.opml"_s;
     const QByteArray list = ReadData(u"mine.opml"_s);
-    QTimer::singleShot(0, [&] { http.Complete(url, "GET", list); });
-    OPML.LoadOPML(url);
-    EXPECT_EQ(Entries(OPML), QString::fromUtf8(ReadData(u"mine.expected"_s)).replace(u"<path>"_s, url));
-
     QSignalSpy timedOut(&OPML, &clsOPML::FileTimout);
     QTimer::singleShot(0, [&] { clock.Advance(clsOPML::kWaitMs - 1); });
     QTimer::singleShot(50, [&] { clock.Advance(1); });
     OPML.LoadOPML(url);
     EXPECT_EQ(std::tuple(timedOut.count(), loaded.count(), clock.ElapsedMs()),
-              std::tuple(qsizetype(1), qsizetype(1), qint64(clsOPML::kWaitMs)));
+              std::tuple(qsizetype(1), qsizetype(0), qint64(clsOPML::kWaitMs)));
     EXPECT_FALSE(http.Complete(url, "GET", list)) << "nobody listens any more";
     QCoreApplication::processEvents();
     EXPECT_EQ(OPML.GetCount(), 0);

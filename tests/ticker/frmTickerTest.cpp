@@ -124,8 +124,8 @@ TEST_F(TickerTest, EntriesFollowTheListAndSayWhenItIsEmpty) {
 }
 
 // An unknown or empty effect setting scrolls horizontally (it rests for half a second); a left or
-// right bar draws the skin but no text.
-TEST_F(TickerTest, UnknownEffectsScrollAndASideBarDrawsNoText) {
+// right bar draws the skin but no text. Vertical text rises and rests five seconds at the centre.
+TEST_F(TickerTest, UnknownEffectsScrollASideBarDrawsNoTextAndVerticalTextRests) {
     const std::pair<int, QString> cases[] = {{0, u"7"_s}, {1, QString()}, {2, u"x"_s}, {3, u"1"_s}};
     for (const auto& [edge, effect] : cases) {
         SCOPED_TRACE(edge);
@@ -137,9 +137,6 @@ TEST_F(TickerTest, UnknownEffectsScrollAndASideBarDrawsNoText) {
                           PixelsOf(qRgb(0, 255, 0)) > 0),
                   Summary(frmTicker::EffectHorizontal, edge % 2, edge % 2, 1));
     }
-}
-
-TEST_F(TickerTest, VerticalTextRisesAndRestsFiveSecondsAtTheCentre) {
     Open(u"2"_s).resize(400, 20);
     ASSERT_TRUE(TickUntil([&] { return ticker->Interval() == 5000; }));
     EXPECT_EQ(ticker->PrintPos(),
@@ -253,8 +250,8 @@ TEST_F(TickerTest, SkinButtonsMenuAndDocking) {
     const QRect screen = ticker->screen()->geometry();
     EXPECT_EQ(ticker->geometry(), QRect(screen.topLeft(), QSize(screen.width(), 20)));
     ticker->DockBar(3);
-    EXPECT_EQ(ticker->geometry(), QRect(screen.left(), screen.bottom() - 19, screen.width(), 20));
-    EXPECT_EQ(fixture.settings.GetSetting(frmTicker::kSection, u"Edge"_s, QString()), u"3"_s);
+    EXPECT_EQ(std::pair(ticker->geometry(), fixture.settings.GetSetting(frmTicker::kSection, u"Edge"_s, {})),
+              std::pair(QRect(screen.left(), screen.bottom() - 19, screen.width(), 20), u"3"_s));
     Tick();
     ticker->ShowItem();
     // Each 20 ms it grows by a fifth of what is left and five pixels more.
