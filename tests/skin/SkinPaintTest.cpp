@@ -6,7 +6,6 @@
 
 #include <QGuiApplication>
 #include <QPalette>
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -17,9 +16,8 @@ protected:
     // Loads data/skins/<name> and paints a window as its line of data/paint.txt says ("name kind
     // WxH x,y=#rrggbb..."); every listed pixel must match.
     void Paint(const QString& name) {
-        const QString table =
-            QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/paint.txt")));
-        const QStringList words = table.split(u'\n').filter(name + u' ').value(0).split(u' ');
+        const QStringList words =
+            DataText(u"paint.txt"_s).split(u'\n').filter(name + u' ').value(0).split(u' ');
         ASSERT_GE(words.size(), 4) << name.toStdString();
         Load(name);
         ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
@@ -83,11 +81,10 @@ TEST_F(SkinPaintTest, BandsCornersEntitiesTextsAndDoubledPicturesLandWhereTheSki
     // the wrong size.
     Load(u"Gone"_s);
     TestWindow gone;
-    SkinSurface other;
-    other.resize(50, 50);
+    TestWindow other(QSize(50, 50));
     gone.Unload();
-    skin.PaintEntities(gone, other, frmTamselSkin::KindMain, false);
-    EXPECT_NE(other.Image().pixelColor(5, 5), QColor(Qt::red));
+    skin.PaintEntities(gone, *other.picSkin(), frmTamselSkin::KindMain, false);
+    EXPECT_NE(other.Pixel(5, 5), QColor(Qt::red));
     EXPECT_TRUE(gone.decoded.isEmpty());
     EXPECT_FALSE(skin.SkinMouseDown(gone, Qt::LeftButton, QPointF(5, 5), frmTamselSkin::KindMain, false));
 
@@ -178,10 +175,8 @@ TEST_F(SkinMouseTest, TheLeftButtonHitsInsideTheEdgesOnlyAndAReloadEndsTheWalk) 
     EXPECT_EQ(State().section(u' ', 1), u"0 0"_s);
 
     // Slot 36 is never hit; a function that loads another skin ends the walk over the entities
-    // (two buttons on the same spot, the first one's function reloads the skin).
-    Load(u"Last"_s, u"defineentity 36\ntext Close\nfunction close\n"
-                    "defineentity 1\ntext Reload\nfunction reload\nwindow dialog\n"
-                    "defineentity 2\ntext Reload\nfunction other\nwindow dialog\n"_s);
+    // (data/skins/Last: two buttons on the same spot, the first one's function reloads the skin).
+    Load(u"Last"_s);
     const QSizeF corner = skin.Entity(36)->lbl.Extent();
     const QPointF onBoth(corner.width() / 2, corner.height() / 2);
     EXPECT_FALSE(Down(onBoth));

@@ -133,6 +133,10 @@ inline QByteArray ReadWholeFile(const QString& path) {
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
     return file.readAll();
 }
+// A text file of the suite's data folder.
+inline QString DataText(const QString& name) {
+    return QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name));
+}
 
 inline QColor PictureColour(const SkinPicture& picture) {
     return picture.IsNull() ? QColor() : picture.ForRatio(1).pixelColor(0, 0);

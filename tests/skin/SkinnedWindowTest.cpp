@@ -11,7 +11,6 @@
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QWidget>
-#include <gtest/gtest.h>
 
 #include <functional>
 
@@ -49,16 +48,16 @@ protected:
 // 2 left, 4 right, 8 bottom) the window. With the native frame the skin neither moves nor
 // resizes; without it the pointer shows the sizing arrows and hover is handed to the skin.
 TEST(SkinnedWindowTest, ItsSurfaceFollowsItAndPressesBesideTheEntitiesMoveOrResizeIt) {
-    // The grab size is four pixels from each edge; the pointer shows the matching sizing arrow.
-    QStringList zones;
-    for (QPointF at : {QPointF(0, 0), QPointF(4, 4), QPointF(4, 76), QPointF(2, 40), QPointF(96, 4),
-                       QPointF(50, 0), QPointF(50, 4), QPointF(96, 76), QPointF(99, 40), QPointF(50, 79),
-                       QPointF(5, 5), QPointF(95, 75), QPointF(4.5, 40)}) {
-        const Qt::Edges edges = SkinnedWindow::EdgeZone(at, QSizeF(100, 80));
-        zones << Summary(edges.toInt(), SkinnedWindow::ZoneCursor(edges));
+    // Each line of data/zones.txt is "x,y | edge bits, pointer" for a point of a 100 x 80 window: edge bits
+    // 1 top, 2 left, 4 right, 8 bottom within four pixels of each edge; pointers 0 arrow, 5 vertical,
+    // 6 horizontal, 7 rising and 8 falling diagonal.
+    for (const QString& row : DataText(u"zones.txt"_s).split(u'\n', Qt::SkipEmptyParts)) {
+        const QStringList at = row.section(u'|', 0, 0).trimmed().split(u',');
+        const Qt::Edges edges =
+            SkinnedWindow::EdgeZone(QPointF(at[0].toDouble(), at[1].toDouble()), QSizeF(100, 80));
+        EXPECT_EQ(Summary(edges.toInt(), SkinnedWindow::ZoneCursor(edges)), row.section(u'|', 1).trimmed())
+            << row.toStdString();
     }
-    // Edge bits and the pointer (0 arrow, 5 vertical, 6 horizontal, 7 rising and 8 falling diagonal).
-    EXPECT_EQ(zones.join(u'|'), u"3 8|3 8|10 7|2 6|5 7|1 5|1 5|12 8|4 6|8 5|0 0|0 0|0 0"_s);
 
     SkinFixture fixture;
     fixture.Load(u"Win"_s);
@@ -146,14 +145,11 @@ TEST(clsStyleTest, PropertiesTheSizingBorderTheTitlebarAndTheWindowMenuFollowThe
 
     window.setMinimumSize(50, 40);
     // Minimum and maximum size.
-    const auto sizes = [&] {
-        return Summary(window.minimumSize().width(), window.minimumSize().height(),
-                       window.maximumSize().width(), window.maximumSize().height());
-    };
+    const auto sizes = [&] { return QList<QSize>{window.minimumSize(), window.maximumSize()}; };
     style.SetSizable(false);
-    EXPECT_EQ(sizes(), u"240 160 240 160"_s);
+    EXPECT_EQ(sizes(), (QList<QSize>{QSize(240, 160), QSize(240, 160)}));
     style.SetSizable(true);
-    EXPECT_EQ(sizes(), Summary(50, 40, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+    EXPECT_EQ(sizes(), (QList<QSize>{QSize(50, 40), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX)}));
     window.show();
     const QRect shown = window.geometry();
     // Caption bits, frameless, visible, geometry kept.

@@ -21,7 +21,6 @@
 
 #include <QtTest>
 #include <QtWidgets>
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -34,8 +33,7 @@ const QString kData = QString::fromUtf8(TAMSEL_TEST_DATA_DIR "/");
 // A table under data/: one row a line, cells split at "|" and trimmed; blank lines and "# " comments skipped.
 QList<QStringList> Table(const QString& name) {
     QList<QStringList> rows;
-    for (const QString& line :
-         QString::fromUtf8(ReadWholeFile(kData + name)).split(u'\n', Qt::SkipEmptyParts)) {
+    for (const QString& line : DataText(name).split(u'\n', Qt::SkipEmptyParts)) {
         if (!line.startsWith(u"# "_s)) {
             rows.append(line.trimmed().split(QRegularExpression(u"\\s*\\|\\s*"_s)));
         }
@@ -64,13 +62,15 @@ void Flush() {
 
 // An active profile "Reader" with the shipped Default skin, real item bank and channels, and the viewer
 // windows; the network never answers and links are recorded.
-class ViewerTest : public ::testing::Test, public AppHost {
+class ViewerTest : public ::testing::Test, public SkinFixture, public AppHost {
 protected:
     static inline const QString kFeedUrl = u"http://feeds.example.org/news.xml"_s;
     static inline const QString kFeedTitle = u"Example News"_s;
 
     ViewerTest() {
-        settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Default"_s);
+        // The viewers work without the main window and its tree's image list.
+        skin.SetImageListTarget(nullptr);
+        Choose(u"Default"_s);
         skin.LoadSkin();
         http.Ignore(site.SpotlightURL());
         profile.SetName(u"Reader"_s);
@@ -101,7 +101,7 @@ protected:
         }
     }
     void AddItem(const QString& title, const QString& link = {}, const QString& description = {}) {
-        const QString xml = QString::fromUtf8(ReadWholeFile(kData + u"item.xml"_s))
+        const QString xml = DataText(u"item.xml"_s)
                                 .arg(kFeedUrl, FormatItemDate(clock.Now().date()), title.toHtmlEscaped(),
                                      link.toHtmlEscaped(), description.toHtmlEscaped(),
                                      QString::number(++m_guid), kFeedTitle);
@@ -127,16 +127,11 @@ protected:
         }
     }
 
-    TestHome home;
-    FakeClock clock;
-    CRegSettings settings{home.GetPaths()};
     FakeHttpClient http;
     RecordingDesktop desktop;
     XsltStylesheet namespaceTransform{XsltStylesheet::Load(home.GetPaths().ResourceFile(u"tamselns.xsl"_s))};
     MakerSite site{settings};
     HeadlessHost inner{clock, namespaceTransform, site.HelpURL()};
-    FakeSkinHost skinHost;
-    frmTamselSkin skin{settings, home.GetPaths(), clock, skinHost};
     // Before the profile, so that its channels still find the windows while they go.
     ViewerWindows windows{ViewerServices{*this, skin, desktop, http, settings}};
     clsProfile profile{Services{clock, settings, http, desktop, home.GetPaths()}, *this};
@@ -159,9 +154,8 @@ TEST_F(ViewerTest, PagesRunFromTheNewestItemBackwards) {
             viewer.SkinHandler(action);
         }
         const QStringList titles = Titles(viewer);
-        const QString shown = u"%1: %2..%3 (%4)"_s.arg(viewer.Page())
-                                  .arg(titles.value(0), titles.value(titles.size() - 1))
-                                  .arg(titles.size());
+        const QString shown =
+            u"%1: %2..%3 (%4)"_s.arg(viewer.Page()).arg(titles.first(), titles.last()).arg(titles.size());
         EXPECT_EQ(
             (QStringList{shown, viewer.DecodeText(u"{page}/{pages}: {items} of {allitems} in {title}"_s)}),
             test.mid(2));
@@ -255,8 +249,7 @@ TEST_F(ViewerTest, RowIconsMarkItemsAndTheFiltersFollow) {
     for (const QStringList& test : Table(u"filters.txt"_s)) {
         SCOPED_TRACE(test[0].toStdString());
         viewer.cboSort()->setCurrentIndex(viewer.cboSort()->findText(test[0]));
-        EXPECT_EQ(Titles(viewer).join(u", "_s), test[1]);
-        EXPECT_EQ(viewer.DecodeText(u"{page}"_s), test[1].isEmpty() ? u"0"_s : u"1"_s);
+        EXPECT_EQ((QStringList{viewer.DecodeText(u"{page}"_s), Titles(viewer).join(u", "_s)}), test.mid(1));
     }
     // Out of the deleted items again, and the view starts over with every item.
     viewer.flexItems_Click(0, ColDelete);
@@ -315,8 +308,7 @@ TEST_F(ViewerTest, ThePreviewGrowsShrinksAndFollowsTheSplitter) {
 // answer for a page no longer shown changes nothing.
 TEST_F(ViewerTest, LinksLeaveOnlyForTheWebAndPicturesAreNotWaitedFor) {
     const QString picture = u"http://img.example.org/harbour.png"_s;
-    AddItem(u"Linked"_s, u"http://example.org/story"_s,
-            QString::fromUtf8(ReadWholeFile(kData + u"pictured.html"_s)));
+    AddItem(u"Linked"_s, u"http://example.org/story"_s, DataText(u"pictured.html"_s));
     AddItem(u"Sneaky"_s, u"file:///etc/passwd"_s);
     AddItem(u"Plain"_s);
     frmViewer& viewer = Open();
@@ -385,8 +377,7 @@ TEST_F(ViewerTest, KeyboardMovesOpensPagesAndSearchesAndEveryControlHasAName) {
     Settle(viewer);
     QTest::keyClick(viewer.webView(), Qt::Key_Escape);
     Settle(viewer);
-    EXPECT_EQ(viewer.PreviewRow(), -1);
-    EXPECT_TRUE(grid->hasFocus());
+    EXPECT_EQ(Summary(viewer.PreviewRow(), grid->hasFocus()), u"-1 1"_s);
     keys({Qt::Key_Space, Qt::Key_Escape, Qt::Key_A, Qt::Key_PageDown, Qt::Key_Return, Qt::Key_Escape});
     EXPECT_EQ(viewer.PreviewRow(), -1);
     keys({Qt::Key_Down, Qt::Key_Up, Qt::Key_Down, Qt::Key_Enter, Qt::Key_PageDown});
@@ -394,13 +385,13 @@ TEST_F(ViewerTest, KeyboardMovesOpensPagesAndSearchesAndEveryControlHasAName) {
     keys({Qt::Key_PageUp, Qt::Key_Down, Qt::Key_Return});
     EXPECT_TRUE(viewer.Page() == 1 && viewer.PreviewRow() == 1);
     QTest::keyClick(&viewer, Qt::Key_F, Qt::ControlModifier);
-    const std::vector<int> found = {3, 3, 2, 2, 1, 0};
-    for (size_t typed = 0; typed < found.size(); ++typed) {
-        QTest::keyClick(viewer.txtSearch(), "quinox"[typed]);
-        EXPECT_EQ(Summary(viewer.PreviewRow(), Titles(viewer).size(), viewer.txtSearch()->hasFocus()),
-                  Summary(-1, found[typed], 1))
-            << "quinox"[typed];
+    // After each letter: the preview row, the rows found, whether the search box keeps the focus.
+    QStringList found;
+    for (const char letter : QByteArray("quinox")) {
+        QTest::keyClick(viewer.txtSearch(), letter);
+        found << Summary(viewer.PreviewRow(), Titles(viewer).size(), viewer.txtSearch()->hasFocus());
     }
+    EXPECT_EQ(found.join(u'|'), u"-1 3 1|-1 3 1|-1 2 1|-1 2 1|-1 1 1|-1 0 1"_s);
     EXPECT_EQ(viewer.DecodeText(u"{page} of {pages}"_s), u"0 of 0"_s);
 
     // Every control the focus reaches has a name. With the preview open and the vertical scroll bar
@@ -444,9 +435,7 @@ TEST_F(ViewerTest, TheWindowItsPropertiesItsSkinAndItsChannel) {
     EXPECT_FALSE(properties->cmdApply()->isVisibleTo(properties) ||
                  properties->cmdOk()->isVisibleTo(properties));
     EXPECT_FALSE(properties->Apply());
-    EXPECT_EQ(Shown(*properties),
-              u"title=Story|link=http://example.org/story|description=Body|guid=g1|read=false|"
-              u"flag=false|delete=false|channeltitle=Example News"_s);
+    EXPECT_EQ(Shown(*properties), DataText(u"item-rows.txt"_s).trimmed());
     QTreeWidget* list = properties->lstProp();
     list->setCurrentItem(list->topLevelItem(1));
     properties->CopyValue();
@@ -465,7 +454,7 @@ TEST_F(ViewerTest, TheWindowItsPropertiesItsSkinAndItsChannel) {
     const auto frame = [this] { return SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)); };
     const QColor lightFrame = frame();
     EXPECT_EQ(properties->palette().color(QPalette::Window), lightFrame);
-    settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
+    Choose(u"Nightfall"_s);
     skin.LoadSkin();
     viewer.flexItems_Click(0, ColTitle);
     Settle(viewer);
@@ -520,7 +509,7 @@ TEST_F(ViewerTest, TheChannelsPropertiesShowItsRowsAndCheckItsSettings) {
     EXPECT_EQ(Shown(properties), u"Title=Example News|URL=%1|Items=0"_s.arg(kFeedUrl));
     channel.LoadChannel(XmlDocument::Load(kData + u"channel.xml"_s).DocumentElement());
     properties.SetChannelProp(channel);
-    EXPECT_EQ(Shown(properties), QString::fromUtf8(ReadWholeFile(kData + u"channel-rows.txt"_s)).trimmed());
+    EXPECT_EQ(Shown(properties), DataText(u"channel-rows.txt"_s).trimmed());
     for (const QStringList& test : Table(u"settings.txt"_s)) {
         SCOPED_TRACE(test.join(u'|').toStdString());
         // Blanks around a number are allowed.
