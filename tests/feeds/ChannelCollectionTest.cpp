@@ -27,15 +27,12 @@ protected:
     RefreshCoordinator& Coordinator() { return host.Coordinator(); }
 };
 
-// A fresh profile saves the nine built-ins as data/fresh-channels.expected lists them and exports
-// none of them; the user's channels follow them, one per address whatever its case (adding one
-// again in other letters: ProfileGroupsTest), and are exported as data/export.opml holds them. The
-// status pass reports every channel in order.
+// A fresh profile saves the nine built-ins as data/fresh-channels.expected lists them; the user's
+// channels follow them, one per address whatever its case (adding one again in other letters:
+// ProfileGroupsTest), and only they are exported, as data/export.opml holds them. The status pass
+// reports every channel in order.
 TEST_F(ChannelCollectionTest, BuiltInsComeFirstEachAddressOnceAndOnlyTheUsersAreExported) {
     Activate(true);
-    const QString opml = home.File(u"export.opml"_s);
-    ASSERT_TRUE(profile.SaveOPML(opml));
-    EXPECT_EQ(home.Read(u"export.opml"_s), QByteArrayLiteral("<opml><body/></opml>\n"));
     EXPECT_EQ(profile.GetChannel(u"_TAMSEL/READ"_s), profile.GetChannel(9));
     EXPECT_EQ(profile.GetChannel(10), nullptr);
     EXPECT_EQ(profile.GetChannel(9)->ProfileFolder(), ProfileFolder());
@@ -49,18 +46,16 @@ TEST_F(ChannelCollectionTest, BuiltInsComeFirstEachAddressOnceAndOnlyTheUsersAre
     Channels().AddChannel(kFeedUrl);
     Channels().DelChannel(kFeedUrl.toUpper());
     EXPECT_EQ(profile.GetChannel(kFeedUrl), nullptr);
-    ASSERT_TRUE(profile.SaveOPML(opml));
+    ASSERT_TRUE(profile.SaveOPML(home.File(u"export.opml"_s)));
     EXPECT_EQ(home.Read(u"export.opml"_s), ReadData(u"export.opml"_s));
     EXPECT_FALSE(profile.SaveOPML(home.File(u"no/such/folder/x.opml"_s)));
 
     host.ClearStateChanges();
     Channels().RequestAllStatus();
-    QStringList urls;
-    for (int i = 1; i <= profile.ChannelCount(); ++i) {
-        urls.append(profile.GetChannel(i)->URL());
-    }
-    EXPECT_EQ(host.StateChanges(), urls);
-    EXPECT_EQ(host.NodeIcon(FolderKey::Flagged), u"flagged"_s);
+    EXPECT_EQ(host.StateChanges().join(u' '),
+              u"_tamsel/today _tamsel/flagged tamsel://site/tamsel/news.xml tamsel://site/tamsel/help.xml "
+              u"_tamsel/deleted _tamsel/yesterday _tamsel/week _tamsel/unread _tamsel/read "
+              u"http://feeds.example.org/news.xml?a=1&b=2 http://b.example.org/feed"_s);
     EXPECT_EQ(host.NodeText(first->URL()), u"Quotes \"and\" <tags>  (0)"_s);
 }
 
@@ -69,7 +64,6 @@ TEST_F(ChannelCollectionTest, BuiltInsComeFirstEachAddressOnceAndOnlyTheUsersAre
 // changes nothing. A damaged file is kept aside and never overwritten.
 TEST_F(ChannelCollectionTest, ChannelFilesAreReadLenientlyAndDamagedOnesKeptAside) {
     clock.SetNow(QDateTime(QDate(2026, 11, 16), QTime(10, 11, 12)));
-    ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
     home.Write(u"outside.xml"_s, ExampleFeed());
     const QStringList files = DataFiles(u"collection-*.xml"_s);
     ASSERT_EQ(files.size(), 2);
@@ -101,29 +95,23 @@ TEST_F(ChannelCollectionTest, ChannelFilesAreReadLenientlyAndDamagedOnesKeptAsid
     EXPECT_EQ(QDir(ProfileFolder()).entryList({u"channels.xml.damaged-*"_s}).size(), 2);
 }
 
-// data/expiry-items.xml, loaded with a channel that keeps its items 30 days (data/expiry-channels.xml);
-// the channel, which has no title, is shown by its address. The host records the messages of the
-// active profile and of its grouped channels only.
+// data/expiry-items.xml, loaded with a channel that keeps its items 30 days (data/expiry-channels.xml),
+// loses one of four items at load (which ones expire: RandomItemBank in the item bank's tests); the
+// channel, which has no title, is shown by its address. The host records the messages of the active
+// profile and of its grouped channels only.
 TEST_F(ChannelCollectionTest, ExpiryAtLoadAndMessagesOfTheActiveProfile) {
     home.Write(u"profiles/Tester/items.xml"_s, ReadData(u"expiry-items.xml"_s));
     WriteChannels(ReadData(u"expiry-channels.xml"_s));
     host.PopupInfo(u"Error Reading OPML File !!!"_s, QString(), QString());
     host.PopupInfo(u"Of nobody"_s, kProfile, QString());
     Activate();
-    QStringList titles;
-    for (const XmlNode& item : Items(u"http://x.example.org/feed"_s)) {
-        titles.append(GetItemTitle(item));
-    }
-    EXPECT_EQ(titles, (QStringList{u"Age 30"_s, u"Age 400"_s, u"Age 1"_s}));
     EXPECT_EQ(Items(u"http://other.example.org/"_s).size(), 1u)
         << "a channel without expiry keeps everything";
     clock.Advance(RSSChannel::kFirstCheckMs);
     EXPECT_EQ(http.Requests(), QStringList{u"HEAD http://x.example.org/feed"_s})
         << "loaded channels check 7 s later";
     EXPECT_EQ(host.NodeText(u"http://x.example.org/feed"_s), u"http://x.example.org/feed  (3)"_s)
-        << "untitled";
-    clock.Advance(RefreshCoordinator::kFolderRecountMs);
-    EXPECT_EQ(host.NodeText(FolderKey::Unread), u"Unread  (4)"_s) << "recounted without the maker's channels";
+        << "untitled, with the three items expiry left";
     host.PopupInfo(u"Of the active profile"_s, kProfile, QString());
     host.PopupInfo(u"Of another profile"_s, u"Other"_s, QString());
     host.PopupInfo(u"Of a channel in no group"_s, kProfile, kFeedUrl);
@@ -145,9 +133,7 @@ TEST_F(ChannelCollectionTest, ChangesRecountTheFoldersOnceASecondLater) {
     for (int i = 0; i < 6; ++i) {
         Coordinator().ConnectRelease();
     }
-    EXPECT_TRUE(Coordinator().RequestConnect());
-    EXPECT_EQ(Coordinator().ConnCount(), 1) << "slots are never counted below zero";
-    Coordinator().ConnectRelease();
+    EXPECT_EQ(Coordinator().ConnCount(), 0) << "slots are never counted below zero";
     clock.Advance(RSSChannel::kFirstCheckMs);
     for (const QString& url : {site.NewsURL(), site.HelpURL()}) {
         ASSERT_TRUE(http.Fail(url, "HEAD"));
@@ -160,8 +146,6 @@ TEST_F(ChannelCollectionTest, ChangesRecountTheFoldersOnceASecondLater) {
     EXPECT_EQ(host.NodeText(FolderKey::Unread), u"Unread  (0)"_s) << "folders wait for the recount";
     clock.Advance(RefreshCoordinator::kFolderRecountMs);
     EXPECT_EQ(host.NodeText(FolderKey::Unread), u"Unread  (3)"_s);
-    EXPECT_EQ(host.NodeIcon(FolderKey::Unread), u"unread"_s);
-    ASSERT_FALSE(Coordinator().RecountPending());
 
     host.ClearStateChanges();
     channel->SetNewItems(false);
@@ -169,12 +153,10 @@ TEST_F(ChannelCollectionTest, ChangesRecountTheFoldersOnceASecondLater) {
     channel->SetNewItems(true);
     clock.Advance(300);
     channel->SetNewItems(false);
-    EXPECT_EQ(host.StateChanges(), QStringList(3, kFeedUrl));
-    host.ClearStateChanges();
     clock.Advance(499);
-    EXPECT_TRUE(host.StateChanges().isEmpty()) << "not before a second has passed since the first change";
+    EXPECT_EQ(host.StateChanges(), QStringList(3, kFeedUrl)) << "no recount before a second has passed";
     clock.Advance(1);
-    EXPECT_EQ(host.StateChanges(),
+    EXPECT_EQ(host.StateChanges().mid(3),
               (QStringList{FolderKey::Flagged, FolderKey::Today, FolderKey::Yesterday, FolderKey::Week,
                            FolderKey::Deleted, FolderKey::Read, FolderKey::Unread, site.HelpURL()}));
     EXPECT_FALSE(Coordinator().RecountPending()) << "the help channel's own change does not re-arm it";

@@ -6,7 +6,6 @@
 
 #include "platform/XmlSecurity.h"
 
-#include <QDateTime>
 #include <QRegularExpression>
 #include <functional>
 
@@ -35,7 +34,8 @@ protected:
 
 // One channel's life: the first check 7 s after creation loads whatever the header says; later
 // checks spare the load only for a Last-Modified header seen before; Update takes effect at the
-// next tick; new items open the viewer of an OpenLink channel, and ticks while it is open wait.
+// next tick, at most 35791 minutes (a period within that: FailedLoadsBackOffAndKeepFieldsAndItems);
+// new items open the viewer of an OpenLink channel, and ticks while it is open wait.
 TEST_F(ChannelFetchTest, TheHeadCheckDecidesTheLoad) {
     auto channel = NewChannel();
     clock.Advance(RSSChannel::kFirstCheckMs - 1);
@@ -65,13 +65,9 @@ TEST_F(ChannelFetchTest, TheHeadCheckDecidesTheLoad) {
     EXPECT_EQ(State(*channel), u"Example News: unread, idle, 0 slots, 2 items, every 3600000 ms"_s)
         << "the same items are stored once";
 
-    channel->SetUpdate(5);
+    channel->SetUpdate(1000000);
     EXPECT_EQ(channel->ReloadInterval(), quint32(kHour)) << "writing Update only stores it";
     clock.Advance(kHour);
-    EXPECT_EQ(channel->ReloadInterval(), 5u * RSSChannel::kMinuteMs);
-    AnswerFullCheck(kFeedUrl, ExampleFeed());
-    channel->SetUpdate(1000000);
-    clock.Advance(5 * RSSChannel::kMinuteMs);
     EXPECT_EQ(channel->ReloadInterval(), quint32(RSSChannel::kMaxUpdateMinutes) * RSSChannel::kMinuteMs);
     AnswerFullCheck(kFeedUrl, ExampleFeed());
     channel->SetUpdate(0);
@@ -85,9 +81,8 @@ TEST_F(ChannelFetchTest, TheHeadCheckDecidesTheLoad) {
     channel->LoadRSS();
     EXPECT_EQ(http.Requests(), QStringList{head}) << "a reload by hand still checks";
     AnswerFullCheck(kFeedUrl, ReadData(u"example-more.xml"_s));
-    HeadlessHost::RecordedViewer* viewer = host.ViewerOf(*channel);
-    ASSERT_NE(viewer, nullptr);
-    EXPECT_TRUE(viewer->Visible());
+    const HeadlessHost::RecordedViewer* viewer = host.ViewerOf(*channel);
+    ASSERT_TRUE(viewer && viewer->Visible()) << "new items show the viewer";
     EXPECT_EQ(viewer->Caption(), u"Example News"_s);
     EXPECT_FALSE(channel->NewItems()) << "opening the viewer clears NewItems";
 
@@ -133,7 +128,6 @@ TEST_F(ChannelFetchTest, FailedLoadsBackOffAndKeepFieldsAndItems) {
         ASSERT_TRUE(http.Complete(kFeedUrl, "HEAD", QByteArray()));
         EXPECT_FALSE(channel->LoadFailed()) << "the load starts fresh";
         fail();
-        EXPECT_TRUE(channel->LoadFailed());
         EXPECT_EQ(State(*channel), u"Example News: err, idle, 0 slots, 2 items, every 3600000 ms"_s);
         wait = RSSChannel::kBackOffMs;
     }
@@ -165,18 +159,15 @@ TEST_F(ChannelFetchTest, ChannelsShareFourSlots) {
         channels[4]->LoadRSS();
         EXPECT_EQ(channels[4]->ReloadInterval(), expected) << r;
     }
-    EXPECT_EQ(http.Waiting(), 4);
 
     channels[1].reset();
-    EXPECT_EQ(Slots(), 3);
-    EXPECT_EQ(http.Waiting(), 3);
+    EXPECT_EQ(http.Waiting(), 3) << "the destroyed channel's check is dropped, the fifth has none";
     EXPECT_FALSE(http.Complete(u"http://feeds.example.org/2.xml"_s, "HEAD", QByteArray()));
     AnswerFullCheck(u"http://feeds.example.org/1.xml"_s, "<rss><channel><title>One</title></channel></rss>");
-    EXPECT_EQ(Slots(), 2);
     clock.Advance(1247);
     EXPECT_EQ(State(*channels[4]),
               u"http://feeds.example.org/5.xml: reload, busy, 3 slots, 0 items, every 3600000 ms"_s)
-        << "a released slot went to the fifth";
+        << "both released slots came back, and one went to the fifth";
 
     http.ClearRequests();
     auto folder = NewChannel(FolderKey::Today);
@@ -249,8 +240,8 @@ TEST(ParseItemDateTest, ReadsTheFormsLeftByTheStylesheet) {
                                  .filter(QRegularExpression(u"^[^#]"_s));
     ASSERT_EQ(rows.size(), 17);
     for (const QString& line : rows) {
-        const QDateTime parsed = RSSChannel::ParseItemDate(line.section(u'|', 0, 0));
-        EXPECT_EQ(parsed.isValid() ? parsed.toString(u"yyyy-MM-dd HH:mm:ss"_s) : QString(),
+        // An invalid date gives an empty text.
+        EXPECT_EQ(RSSChannel::ParseItemDate(line.section(u'|', 0, 0)).toString(u"yyyy-MM-dd HH:mm:ss"_s),
                   line.section(u'|', 1))
             << line.toStdString();
     }

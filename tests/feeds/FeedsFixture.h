@@ -4,8 +4,6 @@
 
 #include "app/HeadlessHost.h"
 #include "app/MakerSite.h"
-#include "app/RefreshCoordinator.h"
-#include "app/Services.h"
 #include "app/SharedHelpers.h"
 #include "app/clsProfile.h"
 #include "feeds/FeedServices.h"
@@ -15,7 +13,6 @@
 #include "itembank/modItemHandler.h"
 #include "platform/CRegSettings.h"
 #include "platform/HttpClient.h"
-#include "platform/XmlDocument.h"
 #include "platform/XsltStylesheet.h"
 #include "support/FakeClock.h"
 #include "support/FakeHttpClient.h"
@@ -27,6 +24,11 @@
 #include <QFile>
 #include <gtest/gtest.h>
 #include <memory>
+
+// A file of the suite's data folder, whole; empty when it cannot be read.
+QByteArray ReadData(const QString& name);
+// The names of the data files that match `pattern`, sorted.
+QStringList DataFiles(const QString& pattern);
 
 // A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
 // the shipped namespace stylesheet. Nothing is active until Activate. The Spotlight list is not
@@ -50,6 +52,9 @@ protected:
     // The items of `url` that are not deleted, in the bank of the active profile.
     ItemList Items(const QString& url = kFeedUrl) const { return Bank().SubChannelList(url, {}, {}); }
     QString ProfileFolder() const { return home.GetPaths().ProfileFolder(kProfile) + u'/'; }
+    // data/fetch-example.xml: channel "Example News" dated Mon, 14 Nov 2005 08:00:00 GMT, a logo,
+    // and items "First" (dated Tue, 15 Nov 2005 13:45:00 GMT) and "Second" (no date).
+    static QByteArray ExampleFeed() { return ReadData(QStringLiteral("fetch-example.xml")); }
     // What channels of this profile work with; retries use `randomValue`.
     FeedServices ChannelServices();
     // A channel the user adds, outside the profile's collection (so the test owns it).
@@ -76,14 +81,5 @@ protected:
     double randomValue = 0.5;
 };
 
-// A file of the suite's data folder, whole; empty when it cannot be read.
-QByteArray ReadData(const QString& name);
-// The names of the data files that match `pattern`, sorted.
-QStringList DataFiles(const QString& pattern);
-// data/fetch-example.xml: channel "Example News" dated Mon, 14 Nov 2005 08:00:00 GMT, a logo, and
-// items "First" (dated Tue, 15 Nov 2005 13:45:00 GMT) and "Second" (no date).
-inline QByteArray ExampleFeed() {
-    return ReadData(QStringLiteral("fetch-example.xml"));
-}
 // The channel's channels.xml element alone, serialised.
 QByteArray ElementBytes(RSSChannel& channel);
