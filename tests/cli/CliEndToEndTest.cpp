@@ -5,24 +5,22 @@
 // runs, so that the server can answer. Each session is a script in data/ (see Play).
 #include "DataRows.h"
 #include "platform/CRegSettings.h"
-#include "platform/Paths.h"
 #include "platform/SingleInstance.h"
 #include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
 #include "support/QStringPrinter.h"
 #include "support/StoryFeed.h"
+#include "support/TestHome.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <sys/resource.h>
 #include <utility>
 
@@ -45,13 +43,13 @@ class CliEndToEndTest : public ::testing::TestWithParam<const char*> {
 protected:
     static void SetUpTestSuite() {
         s_server = std::make_unique<LocalHttpServer>();
-        s_subscribed = std::make_unique<QTemporaryDir>();
+        s_subscribed = std::make_unique<TestHome>();
         // The maker's site is this server: its (empty) Spotlight list subscribes to nothing.
         s_server->ServeXml(u"/tamsel/spotlight.xml"_s, "<opml><body/></opml>",
                            "Mon, 16 Nov 2026 09:00:00 GMT");
         ServeFeeds();
-        const QString home = s_subscribed->path();
-        Prepare(home);
+        Prepare(*s_subscribed);
+        const QString home = s_subscribed->Path();
         RunIn(home, {u"profile-add"_s, u"Reader"_s});
         RunIn(home, {u"import"_s, home + u"/in.opml"_s});
         s_fetched = RunIn(home, {u"fetch"_s});
@@ -61,29 +59,25 @@ protected:
         s_server.reset();
     }
     void SetUp() override {
-        Prepare(home.path());
+        Prepare(home);
         ServeFeeds();
     }
 
     // Points `home` at the server as the maker's site and writes data/in.opml there: the six feeds
     // and one address that is no feed's.
-    static void Prepare(const QString& home) {
-        CRegSettings settings(HomePaths(home));
-        settings.SaveSetting(u"Common"_s, u"MakerSite"_s, s_server->Url(QString()).toString());
-        QFile file(home + u"/in.opml"_s);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(
-            Expanded(QString::fromUtf8(ReadFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/in.opml"))), home)
-                .toUtf8());
+    static void Prepare(const TestHome& home) {
+        CRegSettings(home.GetPaths())
+            .SaveSetting(u"Common"_s, u"MakerSite"_s, s_server->Url(QString()).toString());
+        const QString opml = QString::fromUtf8(ReadFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/in.opml")));
+        home.Write(u"in.opml"_s, Expanded(opml, home.Path()).toUtf8());
     }
     // The text with $FEED1 to $FEED6, $SERVER and $HOME replaced (see Play).
     static QString Expanded(QString text, const QString& home) {
         for (int feed = 1; feed <= kFeeds; ++feed) {
-            text.replace(u"$FEED"_s + QString::number(feed), FeedUrl(feed));
+            text.replace(u"$FEED%1"_s.arg(feed), s_server->Url(u"/feed%1"_s.arg(feed)).toString());
         }
         return text.replace(u"$SERVER"_s, s_server->Url(QString()).toString()).replace(u"$HOME"_s, home);
     }
-    static QString FeedUrl(int feed) { return s_server->Url(u"/feed"_s + QString::number(feed)).toString(); }
     static void ServeFeeds() {
         for (int feed = 1; feed <= kFeeds; ++feed) {
             s_server->ServeXml(u"/feed"_s + QString::number(feed), Feed(feed, 2),
@@ -119,7 +113,7 @@ protected:
         const std::string path = file.toStdString();
         const QString script = QString::fromUtf8(ReadFile(file));
         ASSERT_FALSE(script.isEmpty()) << path;
-        const QStringList lines = Expanded(script, home.path()).split(u'\n');
+        const QStringList lines = Expanded(script, home.Path()).split(u'\n');
         CliRun run;
         std::optional<testing::ScopedTrace> trace;
         std::function<void()> inChild;
@@ -135,22 +129,21 @@ protected:
             if (word == u"$") {
                 trace.emplace(path.c_str(), int(at + 1), line.toStdString());
                 s_server->ClearRequests();
-                run = RunIn(home.path(), QProcess::splitCommand(rest), {}, std::exchange(inChild, {}));
+                run = RunIn(home.Path(), QProcess::splitCommand(rest), {}, std::exchange(inChild, {}));
                 const QString next = lines.value(at + 1);
                 EXPECT_EQ(run.exitCode, next.startsWith(u"exit "_s) ? next.mid(5).toInt() : 0) << run;
             } else if (word == u"subscribed") {
                 ASSERT_EQ(s_fetched.exitCode, 0) << s_fetched;
-                CopyFolder(s_subscribed->path(), home.path());
+                CopyFolder(s_subscribed->Path(), home.Path());
             } else if (word == u"feed") {
                 s_server->ServeXml(line.section(u' ', 1, 1),
                                    Feed(line.section(u' ', 2, 2).toInt(), line.section(u' ', 3).toInt()),
                                    "Mon, 16 Nov 2026 10:00:00 GMT");
             } else if (word == u"route") {
-                LocalHttpServer::Route route;
-                route.reset = line.section(u' ', 2, 2) == u"reset";
-                route.headers.append({"Content-Type", line.section(u' ', 2, 2).toUtf8()});
-                route.body = line.section(u' ', 3).toUtf8();
-                s_server->Serve(line.section(u' ', 1, 1), route);
+                const QString type = line.section(u' ', 2, 2);
+                s_server->Serve(line.section(u' ', 1, 1), {.body = line.section(u' ', 3).toUtf8(),
+                                                           .headers = {{"Content-Type", type.toUtf8()}},
+                                                           .reset = type == u"reset"});
             } else if (word == u"limit") {
                 inChild = [limit = rlim_t(rest.toLongLong())] {
                     std::signal(SIGXFSZ, SIG_IGN);
@@ -179,7 +172,7 @@ protected:
             } else if (word == u"absent") {
                 EXPECT_FALSE(QFileInfo::exists(rest)) << rest.toStdString();
             } else if (line == u"tamsel runs") {
-                tamsel.emplace(home.path());
+                tamsel.emplace(home.Path());
                 ASSERT_EQ(tamsel->Acquire(), SingleInstance::Result::Acquired);
             } else if (line == u"tamsel ends") {
                 tamsel.reset();
@@ -191,9 +184,8 @@ protected:
                 EXPECT_EQ(run.Lines().size(), rest.toInt()) << run;
             } else if (word == u"json") {
                 const QJsonObject object = run.Objects().value(line.section(u' ', 1, 1).toInt() - 1);
-                EXPECT_EQ(object.value(line.section(u' ', 2, 2)).toVariant().toString(),
-                          line.section(u' ', 3))
-                    << run;
+                const QString value = object.value(line.section(u' ', 2, 2)).toVariant().toString();
+                EXPECT_EQ(value, line.section(u' ', 3)) << run;
             } else {
                 const QString how = line.section(u' ', 1, 1);
                 const QString text = line.section(u' ', 2).replace(u"\\n"_s, u"\n"_s);
@@ -215,9 +207,9 @@ protected:
     }
 
     static inline std::unique_ptr<LocalHttpServer> s_server;
-    static inline std::unique_ptr<QTemporaryDir> s_subscribed;
+    static inline std::unique_ptr<TestHome> s_subscribed;
     static inline CliRun s_fetched;
-    QTemporaryDir home;
+    TestHome home;
 };
 
 TEST_P(CliEndToEndTest, RunsAsItsScriptSays) {

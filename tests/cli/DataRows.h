@@ -2,8 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/QStringPrinter.h"
+
 #include <QFile>
 #include <QStringList>
+#include <functional>
+#include <gtest/gtest.h>
 
 // The bytes of the file at `path`; none when it cannot be read.
 inline QByteArray ReadFile(const QString& path) {
@@ -11,11 +15,17 @@ inline QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// The rows of the table data/<name>: its lines but empty ones and comments ('#'); none when the
-// file cannot be read.
-inline QStringList DataRows(const char* name) {
+// Walks the table data/<name>, of at least `minRows` rows "INPUT => EXPECTED" ("\n" is a line end;
+// empty lines and comments, '#', are skipped): `actual` turns each input into the expected text.
+inline void ExpectTable(const char* name, qsizetype minRows,
+                        const std::function<QString(const QString&)>& actual) {
     const QString path = QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + QString::fromLatin1(name);
     QStringList rows = QString::fromUtf8(ReadFile(path)).split(u'\n', Qt::SkipEmptyParts);
     rows.removeIf([](const QString& row) { return row.startsWith(u'#'); });
-    return rows;
+    EXPECT_GE(rows.size(), minRows) << name;
+    for (QString row : rows) {
+        SCOPED_TRACE(row.toStdString());
+        row.replace(QStringLiteral("\\n"), QStringLiteral("\n"));
+        EXPECT_EQ(actual(row.section(QStringLiteral(" => "), 0, 0)), row.section(QStringLiteral(" => "), 1));
+    }
 }

@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/HtmlToText.h"
 #include "DataRows.h"
-#include "support/QStringPrinter.h"
 
 #include <gtest/gtest.h>
-#include <ostream>
 
 using namespace Qt::StringLiterals;
 
@@ -18,13 +16,7 @@ QString Text(const QString& html) {
 }
 
 TEST(HtmlToTextTest, HtmlBecomesTheTextTheTableSays) {
-    const QStringList rows = DataRows("html-to-text.txt");
-    EXPECT_GE(rows.size(), 21);
-    for (QString row : rows) {
-        SCOPED_TRACE(row.toStdString());
-        row.replace(u"\\n"_s, u"\n"_s);
-        EXPECT_EQ(Text(row.section(u" => "_s, 0, 0)), row.section(u" => "_s, 1));
-    }
+    ExpectTable("html-to-text.txt", 21, Text);
 }
 
 TEST(HtmlToTextTest, ControlCharactersNeverReachTheTerminal) {

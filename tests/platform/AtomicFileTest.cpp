@@ -3,10 +3,9 @@
 #include "platform/AtomicFile.h"
 #include "platform/XmlDocument.h"
 #include "support/FileSizeLimit.h"
+#include "support/TestHome.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <cerrno>
 #include <cstring>
 #include <gtest/gtest.h>
@@ -22,8 +21,8 @@ constexpr rlim_t kDiskRoom = 1024;
 class AtomicFileTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(AtomicFileTest, AFullDiskLeavesTheOldFileWhole) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"data.txt"_s);
+    const TestHome home;
+    const QString path = home.File(u"data.txt"_s);
     const QByteArray old("old content\n");
     const QByteArray large(GetParam(), 'x');
     XmlDocument doc;
@@ -39,10 +38,8 @@ TEST_P(AtomicFileTest, AFullDiskLeavesTheOldFileWhole) {
         }
         EXPECT_FALSE(written) << viaXml;
         EXPECT_EQ(error, QString::fromLocal8Bit(std::strerror(EFBIG)));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        EXPECT_EQ(file.readAll(), old);
-        EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList({u"data.txt"_s}));
+        EXPECT_EQ(home.Read(u"data.txt"_s), old);
+        EXPECT_EQ(QDir(home.Path()).entryList(QDir::Files), QStringList({u"data.txt"_s}));
     }
     EXPECT_TRUE(AtomicFile::Write(path, large));
 }

@@ -21,17 +21,13 @@ TEST(LongTimerTest, FiresEveryIntervalWhileEnabled) {
     clock.Advance(21000);
     timer.SetEnabled(false);
     clock.Advance(100000);
-    EXPECT_EQ(fired, (std::vector<qint64>{17000, 24000, 31000}));
     timer.SetInterval(0);
     timer.SetEnabled(true);
     clock.Advance(100000);
     timer.SetInterval(10000);
     clock.Advance(6000);
     timer.SetInterval(60000);
-    clock.Advance(59999);
-    EXPECT_EQ(fired.size(), 3u);
-    clock.Advance(1);
-    EXPECT_EQ(fired.back(), 297000);
+    clock.Advance(60000);
 
     QObject::connect(&timer, &LongTimer::OnTimer, [&] { timer.SetInterval(3600000); });
     timer.SetInterval(2147483647u);
@@ -40,6 +36,8 @@ TEST(LongTimerTest, FiresEveryIntervalWhileEnabled) {
     clock.Advance(80000);
     timer.SetEnabled(true);
     clock.Advance(10000 + 3600000);
+    // Every 7 s from enabling; 60 s after the last change of the interval, at 237 s; 90 s after the
+    // change at 1297 s, and then the hour that the handler set.
     EXPECT_EQ(fired, (std::vector<qint64>{17000, 24000, 31000, 297000, 1387000, 4987000}));
 }
 
