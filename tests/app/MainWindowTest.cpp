@@ -254,7 +254,8 @@ TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoG
     const auto unread = [this] { return Node(u"All Items|_tamsel/unread"_s)->text(0); };
     const QString before = unread();
     const XmlDocument item =
-        XmlDocument::Parse("<item channel=\"" + kFeed.toUtf8() + "\"><title>One more</title></item>");
+        XmlDocument::Parse("<item channel=\"" + kFeed.toUtf8() +
+                           "\"><title>One more</title><read>false</read><delete>false</delete></item>");
     ASSERT_TRUE(window->AddRSSItem(item.DocumentElement()));
     EXPECT_FALSE(window->AddRSSItem(item.DocumentElement())) << "a known item is not added again";
     channel.SetTitle(u"Renamed"_s);
@@ -266,6 +267,7 @@ TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoG
     }
     // About a second later the built-in folders count again.
     EXPECT_TRUE(PumpUntil([&] { return unread() != before; }, kPumpLimitMs)) << before.toStdString();
+    EXPECT_EQ(unread(), u"Unread  (1)"_s);
     channel.SetTitle(u"Elsewhere"_s);
     window->StateChange(u"Bob"_s, channel);
     EXPECT_TRUE(node->text(0).startsWith(u"Renamed"_s)) << "a report of another profile changes nothing";
