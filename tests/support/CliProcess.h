@@ -5,8 +5,8 @@
 // The built tamsel-cli run as a user runs it: in its own process, under a temporary TAMSEL_HOME.
 // The event loop is served while the program runs, so that a local server of the test can answer.
 // Needs TAMSEL_CLI_PATH and TAMSEL_BUILD_DATA_DIR from the test's build.
-#include "platform/Paths.h"
 #include "support/EventPump.h"
+#include "support/TestHome.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -44,16 +44,6 @@ inline std::ostream& operator<<(std::ostream& os, const CliRun& run) {
               << run.err.toStdString();
 }
 
-// What a program that has ended did.
-inline CliRun Finished(QProcess& process) {
-    CliRun run;
-    run.killed = process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGKILL;
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
 // Runs tamsel-cli under `home` with `extra` added to the environment. `inChild` runs in the new
 // process before the program starts (async-signal-safe calls only).
 inline CliRun RunIn(const QString& home, const QStringList& arguments,
@@ -78,11 +68,10 @@ inline CliRun RunIn(const QString& home, const QStringList& arguments,
         ADD_FAILURE() << "tamsel-cli " << arguments.join(u' ').toStdString() << " did not end";
         return CliRun();
     }
-    return Finished(process);
-}
-
-inline Paths HomePaths(const QString& home) {
-    return Paths(QStringLiteral(TAMSEL_BUILD_DATA_DIR), home, home + QStringLiteral("/config"));
+    return CliRun{.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                  .killed = process.exitStatus() == QProcess::CrashExit && process.exitCode() == SIGKILL,
+                  .out = QString::fromUtf8(process.readAllStandardOutput()),
+                  .err = QString::fromUtf8(process.readAllStandardError())};
 }
 
 // Copies every file below `from` to the same place below `to`, replacing what is there.

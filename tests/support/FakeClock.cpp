@@ -35,8 +35,6 @@ private:
     bool m_active = false;
 };
 
-FakeClock::FakeClock(QDateTime start) : m_start(std::move(start)) {}
-
 FakeClock::~FakeClock() {
     for (Source* source : m_sources) {
         source->Detach();
@@ -70,5 +68,5 @@ void FakeClock::SetNow(const QDateTime& now) {
 }
 
 int FakeClock::ActiveTimers() const {
-    return int(std::count_if(m_sources.begin(), m_sources.end(), [](const Source* s) { return s->IsActive(); }));
+    return int(std::ranges::count_if(m_sources, [](const Source* s) { return s->IsActive(); }));
 }

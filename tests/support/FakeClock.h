@@ -11,7 +11,6 @@
 // clock at its own due time, so callbacks behave as they would with real time passing.
 class FakeClock final : public Clock {
 public:
-    explicit FakeClock(QDateTime start = QDateTime(QDate(2026, 11, 16), QTime(9, 0)));
     ~FakeClock() override;
 
     quint32 TickCount() const override { return quint32(m_elapsedMs + kFirstTick); }
@@ -30,7 +29,7 @@ private:
     class Source;
     friend class Source;
 
-    QDateTime m_start;
+    QDateTime m_start{QDate(2026, 11, 16), QTime(9, 0)};
     qint64 m_elapsedMs = 0;
     std::vector<Source*> m_sources;
 };

@@ -40,48 +40,27 @@ private:
     bool m_answered = false;
 };
 
-namespace {
-
-QString StandingKey(const QString& url, const QByteArray& method) {
-    return QString::fromLatin1(method) + u' ' + url;
-}
-
-} // namespace
-
-FakeHttpClient::FakeHttpClient() = default;
-
-FakeHttpClient::~FakeHttpClient() = default;
-
 std::unique_ptr<HttpRequest> FakeHttpClient::Execute(const QUrl& url, const QByteArray& method) {
     const QString address = url.toString();
     auto request = std::make_unique<Request>(address, method);
     if (m_ignored.contains(address)) {
         return request;
     }
-    m_log.append(StandingKey(address, method));
-    const auto standing = m_standing.constFind(StandingKey(address, method));
+    m_log.append(QString::fromLatin1(method) + u' ' + address);
+    const auto standing = m_standing.constFind(m_log.last());
     if (standing != m_standing.cend()) {
-        const Answer answer = *standing;
-        Request* raw = request.get();
-        QTimer::singleShot(0, raw, [raw, answer] { raw->Answer(answer); });
+        QTimer::singleShot(0, request.get(),
+                           [raw = request.get(), answer = *standing] { raw->Answer(answer); });
     } else {
         m_waiting.append(QPointer<Request>(request.get()));
     }
     return request;
 }
 
-int FakeHttpClient::Waiting() const {
-    int count = 0;
-    for (const QPointer<Request>& request : m_waiting) {
-        count += request && !request->Answered() ? 1 : 0;
-    }
-    return count;
-}
-
 int FakeHttpClient::Waiting(const QString& url, const QByteArray& method) const {
     int count = 0;
     for (const QPointer<Request>& request : m_waiting) {
-        count += request && request->Matches(url, method) ? 1 : 0;
+        count += request && !request->Answered() && (url.isEmpty() || request->Matches(url, method)) ? 1 : 0;
     }
     return count;
 }
@@ -91,8 +70,7 @@ bool FakeHttpClient::Complete(const QString& url, const QByteArray& method, cons
     m_waiting.removeIf([](const QPointer<Request>& request) { return !request || request->Answered(); });
     for (const QPointer<Request>& request : std::as_const(m_waiting)) {
         if (request->Matches(url, method)) {
-            Request* target = request.data();
-            target->Answer(answer);
+            request->Answer(answer);
             return true;
         }
     }
@@ -101,8 +79,7 @@ bool FakeHttpClient::Complete(const QString& url, const QByteArray& method, cons
 
 bool FakeHttpClient::Complete(const QString& url, const QByteArray& method, const QByteArray& body,
                               const QString& lastModified) {
-    Answer answer;
-    answer.body = body;
+    Answer answer{.body = body};
     if (!lastModified.isEmpty()) {
         answer.headers.append({QStringLiteral("Last-Modified"), lastModified});
     }
@@ -110,11 +87,9 @@ bool FakeHttpClient::Complete(const QString& url, const QByteArray& method, cons
 }
 
 bool FakeHttpClient::Fail(const QString& url, const QByteArray& method) {
-    Answer answer;
-    answer.error = true;
-    return Complete(url, method, answer);
+    return Complete(url, method, Answer{.error = true});
 }
 
 void FakeHttpClient::AnswerAlways(const QString& url, const QByteArray& method, const Answer& answer) {
-    m_standing.insert(StandingKey(url, method), answer);
+    m_standing.insert(QString::fromLatin1(method) + u' ' + url, answer);
 }

@@ -26,17 +26,13 @@ public:
         bool error = false;
     };
 
-    FakeHttpClient();
-    ~FakeHttpClient() override;
-
     std::unique_ptr<HttpRequest> Execute(const QUrl& url, const QByteArray& method) override;
 
     // Every request made, in order, as "METHOD url".
     QStringList Requests() const { return m_log; }
     void ClearRequests() { m_log.clear(); }
-    // Requests still waiting whose owner has not dropped them.
-    int Waiting() const;
-    int Waiting(const QString& url, const QByteArray& method) const;
+    // Requests still waiting whose owner has not dropped them (of that URL and method, if given).
+    int Waiting(const QString& url = {}, const QByteArray& method = {}) const;
     // Answers the oldest waiting request of that URL and method; false when none waits.
     bool Complete(const QString& url, const QByteArray& method, const Answer& answer);
     bool Complete(const QString& url, const QByteArray& method, const QByteArray& body,

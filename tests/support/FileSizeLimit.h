@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
 #include <csignal>
 #include <sys/resource.h>
 
@@ -19,8 +20,7 @@ public:
         setrlimit(RLIMIT_FSIZE, &m_original);
         std::signal(SIGXFSZ, m_previousHandler);
     }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    Q_DISABLE_COPY_MOVE(FileSizeLimit)
 
     bool Active() const { return m_active; }
 

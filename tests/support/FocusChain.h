@@ -5,9 +5,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QList>
-#include <QRegularExpression>
 #include <QStringList>
 #include <QTabBar>
 #include <QTest>
@@ -43,12 +43,10 @@ struct FocusChain {
     }
 
     static QStringList ClashingKeys(QWidget& window) {
-        static const QRegularExpression accessKey(QStringLiteral("&([^&])"));
         QStringList offered;
         QStringList clashing;
-        const auto offer = [&](QString text) {
-            const QRegularExpressionMatch match = accessKey.match(text.remove(QStringLiteral("&&")));
-            const QString key = match.hasMatch() ? match.captured(1).toLower() : QString();
+        const auto offer = [&](const QString& text) {
+            const QString key = QKeySequence::mnemonic(text).toString();
             if (!key.isEmpty() && offered.contains(key) && !clashing.contains(key)) {
                 clashing.append(key);
             }

@@ -7,7 +7,6 @@
 // Last-modified, so that the next fetch downloads all of them and writes every file. Tests copy the home and
 // do that fetch in their own way. Needs TAMSEL_CLI_PATH and TAMSEL_BUILD_DATA_DIR from the test's build.
 #include "platform/CRegSettings.h"
-#include "platform/Paths.h"
 #include "platform/XmlDocument.h"
 #include "support/CliProcess.h"
 #include "support/LocalHttpServer.h"
@@ -53,8 +52,8 @@ public:
     // Every feed carries `items` stories (a later version carries the earlier stories too).
     void Serve(int items, const QByteArray& lastModified) {
         for (int feed = 1; feed <= kFeeds; ++feed) {
-            m_server.ServeXml(QStringLiteral("/feed") + QString::number(feed), Feed(feed, items),
-                              lastModified);
+            m_server.ServeXml(QStringLiteral("/feed") + QString::number(feed),
+                              StoryFeed(feed, items, QByteArray(400, 'x')), lastModified);
         }
     }
 
@@ -81,18 +80,14 @@ public:
         QSet<QString> expected;
         for (int feed = 1; feed <= kFeeds; ++feed) {
             for (int item = 1; item <= items; ++item) {
-                expected.insert(Guid(feed, item) +
+                expected.insert(QStringLiteral("feed%1-%2").arg(feed).arg(item) +
                                 (feed == 1 && item <= kItemsBefore ? QStringLiteral(" read") : QString()));
             }
         }
         return expected;
     }
 
-    static QString Guid(int feed, int item) { return QStringLiteral("feed%1-%2").arg(feed).arg(item); }
-
 private:
-    static QByteArray Feed(int feed, int items) { return StoryFeed(feed, items, QByteArray(400, 'x')); }
-
     LocalHttpServer m_server;
     QTemporaryDir m_base;
     bool m_ready = false;

@@ -28,10 +28,8 @@ inline QHash<QString, QString> KillAtWriteEnvironment(const QString& home, long 
 // The logged events, one "write PATH", "rename PATH" or "link PATH" each; empty when no log.
 inline QStringList KillAtWriteEvents(const QString& log) {
     QFile file(log);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                                          : QStringList();
 }
 
 // An event with what differs from run to run made alike: `home` becomes "~", an unnamed file

@@ -3,13 +3,12 @@
 #include "support/LocalHttpServer.h"
 
 #include <QHostAddress>
-#include <QTcpServer>
 #include <QTcpSocket>
 
-LocalHttpServer::LocalHttpServer() : m_server(std::make_unique<QTcpServer>()) {
-    m_server->listen(QHostAddress::LocalHost);
-    connect(m_server.get(), &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket* socket = m_server->nextPendingConnection()) {
+LocalHttpServer::LocalHttpServer() {
+    m_server.listen(QHostAddress::LocalHost);
+    connect(&m_server, &QTcpServer::newConnection, this, [this] {
+        while (QTcpSocket* socket = m_server.nextPendingConnection()) {
             socket->setParent(this);
             auto buffer = std::make_shared<QByteArray>();
             connect(socket, &QTcpSocket::readyRead, this, [this, socket, buffer] {
@@ -26,10 +25,8 @@ LocalHttpServer::LocalHttpServer() : m_server(std::make_unique<QTcpServer>()) {
     });
 }
 
-LocalHttpServer::~LocalHttpServer() = default;
-
 QUrl LocalHttpServer::Url(const QString& path) const {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server->serverPort()).arg(path));
+    return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.serverPort()).arg(path));
 }
 
 void LocalHttpServer::Serve(const QString& path, Route route) {
@@ -37,20 +34,15 @@ void LocalHttpServer::Serve(const QString& path, Route route) {
 }
 
 void LocalHttpServer::ServeXml(const QString& path, const QByteArray& body, const QByteArray& lastModified) {
-    Route route;
-    route.body = body;
-    route.headers.append(std::pair<QByteArray, QByteArray>("Content-Type", "application/xml; charset=utf-8"));
+    Route route{.body = body, .headers = {{"Content-Type", "application/xml; charset=utf-8"}}};
     if (!lastModified.isEmpty()) {
-        route.headers.append(std::pair<QByteArray, QByteArray>("Last-Modified", lastModified));
+        route.headers.append({"Last-Modified", lastModified});
     }
     Serve(path, route);
 }
 
 void LocalHttpServer::Redirect(const QString& path, const QUrl& target, int status) {
-    Route route;
-    route.status = status;
-    route.headers.append(std::pair<QByteArray, QByteArray>("Location", target.toEncoded()));
-    Serve(path, route);
+    Serve(path, {.status = status, .headers = {{"Location", target.toEncoded()}}});
 }
 
 void LocalHttpServer::Answer(QTcpSocket* socket, const QByteArray& request) {
@@ -58,14 +50,7 @@ void LocalHttpServer::Answer(QTcpSocket* socket, const QByteArray& request) {
     const QByteArray method = words.value(0);
     const QString path = QString::fromLatin1(words.value(1));
     m_requests.append(QString::fromLatin1(method) + u' ' + path);
-    const auto found = m_routes.constFind(path);
-    Route route;
-    if (found == m_routes.cend()) {
-        route.status = 404;
-        route.body = "not found";
-    } else {
-        route = *found;
-    }
+    const Route route = m_routes.value(path, {.status = 404, .body = "not found"});
     if (route.reset) {
         socket->abort();
         return;
@@ -73,10 +58,6 @@ void LocalHttpServer::Answer(QTcpSocket* socket, const QByteArray& request) {
     if (route.hold) {
         return;
     }
-    Write(socket, method, route);
-}
-
-void LocalHttpServer::Write(QTcpSocket* socket, const QByteArray& method, const Route& route) {
     QByteArray answer = "HTTP/1.1 " + QByteArray::number(route.status) + " Status\r\n";
     for (const auto& [name, value] : std::as_const(route.headers)) {
         answer += name + ": " + value + "\r\n";

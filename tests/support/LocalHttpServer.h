@@ -7,11 +7,8 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QTcpServer>
 #include <QUrl>
-#include <memory>
-
-class QTcpServer;
-class QTcpSocket;
 
 // A small HTTP/1.1 server on 127.0.0.1 for integration tests. Each path answers as configured;
 // every request is logged as "METHOD /path".
@@ -30,7 +27,6 @@ public:
     };
 
     LocalHttpServer();
-    ~LocalHttpServer() override;
 
     QUrl Url(const QString& path) const;
     void Serve(const QString& path, Route route);
@@ -41,9 +37,8 @@ public:
 
 private:
     void Answer(class QTcpSocket* socket, const QByteArray& request);
-    void Write(class QTcpSocket* socket, const QByteArray& method, const Route& route);
 
-    std::unique_ptr<QTcpServer> m_server;
+    QTcpServer m_server;
     QHash<QString, Route> m_routes;
     QStringList m_requests;
 };
