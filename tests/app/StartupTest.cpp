@@ -8,7 +8,6 @@
 #include "support/TestHome.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -54,17 +53,14 @@ TEST(StartupTest, TheFirstStartPreparesAnEmptyProfileListALaterOneKeepsWhatIsThe
     RecordingDesktop desktop;
     Runtime runtime(home.GetPaths(), desktop);
     runtime.InstallDataFolder();
-    const auto skinName = [&runtime] {
-        return runtime.Settings().GetSetting(u"SETTINGS"_s, u"SKINNAME"_s, QString());
-    };
     EXPECT_EQ(home.Read(u"profiles/profiles.xml"_s), QByteArray("<tamselprofiles/>\n"));
-    EXPECT_EQ(skinName(), u"Default"_s);
+    EXPECT_EQ(runtime.Settings().GetSetting(u"SETTINGS"_s, u"SKINNAME"_s, QString()), u"Default"_s);
     runtime.Settings().SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
     home.Write(u"profiles/profiles.xml"_s,
                "<tamselprofiles><user><username>A</username></user></tamselprofiles>");
     runtime.InstallDataFolder();
     EXPECT_TRUE(home.Read(u"profiles/profiles.xml"_s).contains("<username>A</username>"));
-    EXPECT_EQ(skinName(), u"Nightfall"_s);
+    EXPECT_EQ(runtime.Settings().GetSetting(u"SETTINGS"_s, u"SKINNAME"_s, QString()), u"Nightfall"_s);
 }
 
 TEST(StartupTest, ASecondStartHandsOverToTheFirstAndEndsQuietly) {

@@ -38,13 +38,11 @@ TEST(WindowHelpersTest, PlacementRoundTripsThroughTheSettingsAndComesBackWholeOn
     // Saved on a wider screen, or at another scale: it comes back whole on this one.
     const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
     const QString beyond = QString::number((area.right() + 2000) * 15);
-    for (const auto& [key, value] :
-         {std::pair{u"Saved"_s, u"True"_s}, std::pair{u"WindowState"_s, u"0"_s}, std::pair{u"Left"_s, beyond},
-          std::pair{u"Top"_s, beyond}, std::pair{u"Width"_s, u"4500"_s}, std::pair{u"Height"_s, u"3000"_s}}) {
-        settings.SaveSetting(u"Far"_s, key, value);
-    }
+    settings.SaveSetting(u"Properties"_s, u"WindowState"_s, u"0"_s);
+    settings.SaveSetting(u"Properties"_s, u"Left"_s, beyond);
+    settings.SaveSetting(u"Properties"_s, u"Top"_s, beyond);
     QWidget far;
-    RestoreWindowPlacement(settings, &far, u"Far"_s);
+    RestoreWindowPlacement(settings, &far, u"Properties"_s);
     EXPECT_EQ(far.size(), QSize(300, 200));
     EXPECT_TRUE(area.contains(far.geometry())) << far.geometry().x() << "," << far.geometry().y();
     // A record without its geometry takes the default size.
