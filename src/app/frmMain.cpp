@@ -1191,12 +1191,18 @@ void frmMain::ClearTree() {
 }
 
 void frmMain::RepopulateTreeMain() {
+    // Hidden while it fills, which takes the focus away: the tree gets it back when it had it, or
+    // when nothing had it yet (the window opening), so that the keys reach the tree.
+    const bool takesFocus = !focusWidget() || focusWidget() == treMain;
     treMain->setVisible(false);
     ClearTree();
     for (int i = 1; m_User && i <= m_User->GroupCount(); ++i) {
         m_User_NewGroup(m_User->GetGroup(i));
     }
     treMain->setVisible(true);
+    if (takesFocus) {
+        treMain->setFocus();
+    }
 }
 
 void frmMain::m_User_NewGroup(RSSGroup* group) {

@@ -222,6 +222,7 @@ TEST_F(MainWindowTest, AFirstStartOrADamagedListAsksForANameThenShowsTheNewProfi
 
 TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoGroupsChangesBothNodes) {
     Start();
+    EXPECT_EQ(window->focusWidget(), &Tree()) << "the keys reach the tree as soon as the window opens";
     RSSChannel& channel = Channel(kFeed);
     channel.SetNewItems(true);
     QTreeWidgetItem* group = Node(u"Science"_s);
