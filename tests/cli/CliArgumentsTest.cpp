@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliArguments.h"
-#include "DataRows.h"
+#include "support/DataRows.h"
 
 #include <QProcess>
 #include <gtest/gtest.h>

@@ -3,10 +3,10 @@
 // The built tamsel-cli, run as a user runs it: in its own process, under a temporary TAMSEL_HOME,
 // against feeds served by a local HTTP server. The test serves the event loop while the program
 // runs, so that the server can answer. Each session is a script in data/ (see Play).
-#include "DataRows.h"
 #include "platform/CRegSettings.h"
 #include "platform/SingleInstance.h"
 #include "support/CliProcess.h"
+#include "support/DataRows.h"
 #include "support/LocalHttpServer.h"
 #include "support/QStringPrinter.h"
 #include "support/StoryFeed.h"

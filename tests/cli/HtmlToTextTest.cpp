@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/HtmlToText.h"
-#include "DataRows.h"
+#include "support/DataRows.h"
 
 #include <gtest/gtest.h>
 

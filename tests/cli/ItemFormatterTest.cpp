@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Orvane
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ItemFormatter.h"
-#include "DataRows.h"
 #include "platform/XmlDocument.h"
+#include "support/DataRows.h"
 
 #include <QJsonDocument>
 #include <gtest/gtest.h>

@@ -15,7 +15,6 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -36,8 +35,7 @@ TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultsThatIconStateAndStylesheet
         EXPECT_EQ(skin.GetListIcon(frmTamselSkin::ListIcon(icon)).Size(), QSize(16, 16)) << icon;
     }
     imageList.added.clear();
-    Load(u"Icons"_s);
-    ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
+    ASSERT_EQ(Load(u"Icons"_s), QString());
     EXPECT_EQ(Summary(imageList.removed.join(u','), imageList.added.join(u','),
                       PictureColour(imageList.images.value(u"unread"_s)),
                       PictureColour(imageList.images.value(u"expanded"_s)),
@@ -47,8 +45,7 @@ TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultsThatIconStateAndStylesheet
 
     // Normal, hover and pressed picture colours, then the three captions, of entities 1 to 4. The item
     // stylesheet comes from the skin folder when it opens.
-    Load(u"States"_s);
-    ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
+    ASSERT_EQ(Load(u"States"_s), QString());
     QStringList states;
     for (int number = 1; number <= 4; ++number) {
         const frmSkinEntity* e = skin.Entity(number);
@@ -77,8 +74,7 @@ TEST_F(SkinLoaderTest, AnEmptySkinNameLoadsTheDefaultsThatIconStateAndStylesheet
 // and rounded half to even; booleans are true only for "true"; unknown keywords, comments and
 // keyword-only lines are skipped (data/skins/All). A later load starts again from the defaults.
 TEST_F(SkinLoaderTest, KeywordsSetTheirValuesAndTheNextLoadStartsFromTheDefaults) {
-    Load(u"All"_s);
-    ASSERT_TRUE(host.messages.isEmpty()) << host.messages.join(u'|').toStdString();
+    ASSERT_EQ(Load(u"All"_s), QString());
     const frmSkinEntity* e = skin.Entity(36);
     ASSERT_NE(e, nullptr);
     const auto* f3 = skin.FontSlot(3);
@@ -140,10 +136,10 @@ TEST_F(SkinLoaderTest, AFailingLineStopsTheLoadAndIsNamed) {
     for (const QString& row : DataText(u"failing-lines.txt"_s).split(u'\n', Qt::SkipEmptyParts)) {
         SCOPED_TRACE(row.toStdString());
         host.messages.clear();
-        Load(u"Bad"_s, QString(row).replace(u" / "_s, u"\n"_s) + u"\ntreecolor 5\n"_s);
         // One message: the skin and the line, then a reason of its own on the third line; nothing after
         // the line was read.
-        const QString message = host.messages.join(u'|');
+        const QString message =
+            Load(u"Bad"_s, QString(row).replace(u" / "_s, u"\n"_s) + u"\ntreecolor 5\n"_s);
         const QString line = row.section(u" / "_s, -1).trimmed();
         EXPECT_EQ(
             Summary(host.messages.size(), message.section(u"\nError Return: "_s, 0, 0), message.count(u'\n'),
@@ -161,14 +157,12 @@ TEST_F(SkinLoaderTest, AFailingLineStopsTheLoadAndIsNamed) {
     EXPECT_EQ(Summary(loaded.count(), imageList.added.size()), u"0 0"_s);
 }
 
-// Each line of data/numbers.txt is "text|leading number|that number rounded".
+// data/numbers.txt: a text => its leading number and that number rounded.
 TEST(SkinNumberTest, NumbersAreReadAsFarAsTheyGoRoundedHalfToEvenAndColoursAreBlueGreenRed) {
-    for (const QString& row : DataText(u"numbers.txt"_s).split(u'\n', Qt::SkipEmptyParts)) {
-        const double leading = SkinNumber::Leading(row.section(u'|', 0, 0));
-        EXPECT_EQ(Summary(leading, SkinNumber::Round(leading)),
-                  Summary(row.section(u'|', 1, 1).toDouble(), row.section(u'|', 2).toDouble()))
-            << row.toStdString();
-    }
+    ExpectTable("numbers.txt", 27, [](const QString& text) {
+        const double leading = SkinNumber::Leading(text);
+        return Summary(leading, SkinNumber::Round(leading));
+    });
     EXPECT_EQ(Summary(SkinNumber::Boolean(u"TRUE"), SkinNumber::Boolean(u"yes"), SkinNumber::Boolean(u"1"),
                       SkinNumber::Boolean(u"true!"), SkinNumber::Boolean(u"")),
               u"1 0 0 0 0"_s);
@@ -249,27 +243,19 @@ TEST_P(ShippedSkinsTest, LoadsCompleteWithDoubledPicturesAndASafeItemPage) {
 
 INSTANTIATE_TEST_SUITE_P(Skins, ShippedSkinsTest, ::testing::Values("Default", "Nightfall"));
 
-// A folder of files has no skins; otherwise the user's and the shipped skins (each in a temporary
-// folder of their own) are listed once (names differing in case are two skins) and the current
-// one is selected, "Default" without a stored name. Without a selection the button keeps the old
-// skin; with one it stores the name.
-TEST(frmSkinTest, ListsTheSkinsOnceAndTheButtonStoresTheChosenOne) {
-    QTemporaryDir resources;
-    const TestHome data;
-    const Paths paths(resources.path(), data.Path(), data.File(u"config"_s));
-    CRegSettings settings(paths);
-    FakeSkinHost host;
-    data.Write(u"skins/readme.txt"_s, QByteArray());
-    frmSkin empty(settings, paths, host);
+// A folder of files has no skins; otherwise the user's and the shipped skins are listed once (names
+// differing in case are two skins) and the current one is selected, "Default" without a stored name.
+// Without a selection the button keeps the old skin; with one it stores the name.
+TEST_F(SkinLoaderTest, TheChooserListsTheSkinsOnceAndItsButtonStoresTheChosenOne) {
+    home.Write(u"skins/readme.txt"_s, QByteArray());
+    frmSkin empty(settings, Paths(home.File(u"none"_s), home.Path(), home.File(u"config"_s)), host);
     EXPECT_FALSE(empty.LoadList());
     const int result = empty.exec();
     EXPECT_EQ(Summary(empty.lstSkins()->count(), host.messages.join(u'|'), result, empty.SkinChanged()),
               Summary(0, u"No Skins Found|No Skins Found"_s, QDialog::Rejected, 0));
     host.messages.clear();
-    for (const QString& folder : QStringList{
-             resources.path() + u"/skins/Default"_s, resources.path() + u"/skins/Nightfall"_s,
-             data.File(u"skins/nightfall"_s), data.File(u"skins/Default"_s), data.File(u"skins/Amber"_s)}) {
-        QDir().mkpath(folder);
+    for (const QString& name : {u"nightfall"_s, u"Default"_s, u"Amber"_s}) {
+        QDir().mkpath(home.File(u"skins/"_s + name));
     }
     // Per stored name, the last time after a click on the first row: the names listed, the one selected;
     // after Ok, whether the skin changed, the result and the stored name.
@@ -279,9 +265,9 @@ TEST(frmSkinTest, ListsTheSkinsOnceAndTheButtonStoresTheChosenOne) {
           {u"Nightfall"_s, false, u"Amber,Default,Nightfall,nightfall Nightfall 1 1 Nightfall"_s},
           {u"Nightfall"_s, true, u"Amber,Default,Nightfall,nightfall Amber 1 1 Amber"_s}}) {
         if (!stored.isNull()) {
-            settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, stored);
+            Choose(stored);
         }
-        frmSkin chooser(settings, paths, host);
+        frmSkin chooser(settings, home.GetPaths(), host);
         ASSERT_TRUE(chooser.LoadList());
         QListWidget& list = *chooser.lstSkins();
         if (click) {

@@ -9,13 +9,13 @@
 #include "skin/SkinSurface.h"
 #include "skin/SkinWindow.h"
 #include "skin/frmTamselSkin.h"
+#include "support/DataRows.h"
 #include "support/FakeClock.h"
 #include "support/QStringPrinter.h"
 #include "support/TestHome.h"
 
 #include <QColor>
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QMap>
 #include <QStringList>
@@ -89,19 +89,20 @@ public:
         settings.SaveSetting(QStringLiteral("SETTINGS"), QStringLiteral("SKINNAME"), name);
     }
     // Copies the suite's data/skins/<name> (if any) into the user's skin folder, replaces its
-    // skin.txt by `text` unless that is null, then chooses and loads the skin.
-    void Load(const QString& name, const QString& text = QString()) {
+    // skin.txt by `text` unless that is null, then chooses and loads the skin. Returns the messages
+    // shown so far, joined by bars.
+    QString Load(const QString& name, const QString& text = QString()) {
         const QDir source(QStringLiteral(TAMSEL_TEST_DATA_DIR "/skins/") + name);
         const QString target = QStringLiteral("skins/") + name + u'/';
         home.Write(target + QStringLiteral("skin.txt"), text.toUtf8());
         for (const QString& file : source.entryList(QDir::Files)) {
             if (text.isNull() || file != u"skin.txt") {
-                QFile::remove(home.File(target + file));
-                QFile::copy(source.filePath(file), home.File(target + file));
+                home.Write(target + file, ReadWholeFile(source.filePath(file)));
             }
         }
         Choose(name);
         skin.LoadSkin();
+        return host.messages.join(u'|');
     }
 
     TestHome home;
@@ -125,17 +126,6 @@ inline QString SummaryWord(double number) {
 // A state as one line of text, compared in one assertion instead of one per value.
 template <typename... T> QString Summary(const T&... values) {
     return QStringList{SummaryWord(values)...}.join(u' ');
-}
-
-// The whole file; empty (and a failed expectation) when it cannot be read.
-inline QByteArray ReadWholeFile(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-// A text file of the suite's data folder.
-inline QString DataText(const QString& name) {
-    return QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name));
 }
 
 inline QColor PictureColour(const SkinPicture& picture) {

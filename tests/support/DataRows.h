@@ -5,6 +5,7 @@
 #include "support/QStringPrinter.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 #include <functional>
 #include <gtest/gtest.h>
@@ -15,12 +16,22 @@ inline QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+// The whole file; empty (and a failed expectation) when it cannot be read.
+inline QByteArray ReadWholeFile(const QString& path) {
+    EXPECT_TRUE(QFileInfo(path).isReadable()) << path.toStdString();
+    return ReadFile(path);
+}
+
+// A text file of the suite's data folder.
+inline QString DataText(const QString& name) {
+    return QString::fromUtf8(ReadWholeFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name));
+}
+
 // Walks the table data/<name>, of at least `minRows` rows "INPUT => EXPECTED" ("\n" is a line end;
 // empty lines and comments, '#', are skipped): `actual` turns each input into the expected text.
 inline void ExpectTable(const char* name, qsizetype minRows,
                         const std::function<QString(const QString&)>& actual) {
-    const QString path = QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + QString::fromLatin1(name);
-    QStringList rows = QString::fromUtf8(ReadFile(path)).split(u'\n', Qt::SkipEmptyParts);
+    QStringList rows = DataText(QString::fromLatin1(name)).split(u'\n', Qt::SkipEmptyParts);
     rows.removeIf([](const QString& row) { return row.startsWith(u'#'); });
     EXPECT_GE(rows.size(), minRows) << name;
     for (QString row : rows) {
