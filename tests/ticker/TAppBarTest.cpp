@@ -2,16 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ticker/TAppBar.h"
 #include "platform/CRegSettings.h"
+#include "support/DataRows.h"
 #include "support/FakeClock.h"
-#include "support/QStringPrinter.h"
 #include "support/TestHome.h"
 #include "ticker/AppBarShell.h"
-#include "ticker/AppBarState.h"
 
 #include <QMap>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QStringList>
 #include <gtest/gtest.h>
 
 #include <utility>
@@ -26,7 +24,8 @@ const QSize kScreen(1000, 600);
 // The screen is 1000 by 600 with a 40-pixel task bar at the bottom; QueryPos keeps bars off it.
 class SimulatedShell final : public AppBarShell {
 public:
-    // `desktop` holds the auto-hide claims of the simulated desktop by edge, shared by its bars.
+    // `desktop` holds the auto-hide claims of the simulated desktop by edge (none where null), shared
+    // by its bars.
     explicit SimulatedShell(QMap<int, const void*>& desktop) : m_desktop(desktop) {}
 
     bool Register() override {
@@ -41,14 +40,11 @@ public:
     void SetPos(int edge, const QRect& rect) override { log << u"SetPos %1 %2"_s.arg(edge).arg(Text(rect)); }
     bool SetAutoHideBar(int edge, bool claim) override {
         log << u"SetAutoHideBar %1 %2"_s.arg(edge).arg(claim ? 1 : 0);
-        if (m_desktop.value(edge, this) != this) {
+        const void* holder = m_desktop.value(edge);
+        if (holder && holder != this) {
             return !claim;
         }
-        if (claim) {
-            m_desktop.insert(edge, this);
-        } else {
-            m_desktop.remove(edge);
-        }
+        m_desktop[edge] = claim ? this : nullptr;
         return true;
     }
     void Activate() override { log << u"Activate"_s; }
@@ -217,28 +213,9 @@ TEST_F(AppBarTest, OneAutoHiddenBarPerEdgeSlidesInAndOut) {
 
 // With the ticker's set-up no sizing border is offered on any edge, and the caption, client area
 // and other codes are left alone. The edge under a dragged point follows the screen diagonals and
-// the permissions; without any, the bar stays where it is. A drag from an edge to the middle
-// floats the bar centred on the cursor; one that ends on the bar's own edge keeps its thickness.
+// the permissions (data/drag_edges.txt); without any, the bar stays where it is. A drag from an edge to the
+// middle floats the bar centred on the cursor; one that ends on the bar's own edge keeps its thickness.
 TEST_F(AppBarTest, DraggingFollowsTheScreenDiagonalsAndThePermissions) {
-    const int sides = TAppBar::AllowRight | TAppBar::AllowLeft;
-    const std::tuple<int, QPoint, bool, int> cases[] = {
-        {31, QPoint(500, 2), false, TAppBar::EdgeTop},
-        {31, QPoint(500, 598), false, TAppBar::EdgeBottom},
-        {31, QPoint(2, 300), false, TAppBar::EdgeLeft},
-        {31, QPoint(998, 300), false, TAppBar::EdgeRight},
-        {31, QPoint(500, 300), false, TAppBar::EdgeFloat},
-        {31, QPoint(500, 2), true, TAppBar::EdgeFloat},
-        // On the diagonal the horizontal edges win only when strictly steeper.
-        {31, QPoint(5, 3), false, TAppBar::EdgeLeft},
-        // Top not allowed but floating is; with neither, the current edge (right) stays.
-        {31 & ~TAppBar::AllowTop, QPoint(500, 2), false, TAppBar::EdgeFloat},
-        {sides, QPoint(500, 2), false, TAppBar::EdgeRight},
-        {sides, QPoint(2, 300), false, TAppBar::EdgeLeft},
-        {TAppBar::AllowFloat, QPoint(500, 2), false, TAppBar::EdgeFloat},
-        {0, QPoint(500, 300), true, TAppBar::EdgeRight},
-        // Ctrl without permission to float changes nothing.
-        {TAppBar::AllowTop, QPoint(500, 2), true, TAppBar::EdgeTop},
-    };
     shell.window = QRect(0, 0, 200, 100);
     bar.Extends(shell);
     for (const int edge : {0, 1, 5, 3, 2}) {
@@ -248,11 +225,12 @@ TEST_F(AppBarTest, DraggingFollowsTheScreenDiagonalsAndThePermissions) {
                 << "edge " << edge << " code " << code;
         }
     }
-    for (const auto& [flags, point, ctrl, edge] : cases) {
-        bar.SetFlags(flags);
-        EXPECT_EQ(bar.EdgeFromPoint(point, ctrl), edge)
-            << "flags " << flags << " at " << point.x() << ',' << point.y();
-    }
+    ExpectTable("drag_edges.txt", 13, [&](const QString& row) {
+        const QStringList words = QString(row).replace(u',', u' ').split(u' ');
+        bar.SetFlags(words.at(0).toInt());
+        const QPoint point(words.at(1).toInt(), words.at(2).toInt());
+        return QString::number(bar.EdgeFromPoint(point, words.at(3) == u"ctrl"));
+    });
     bar.SetFlags(31);
     bar.SetEdge(TAppBar::EdgeTop);
     bar.EnterSizeMove();

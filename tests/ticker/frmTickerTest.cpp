@@ -12,7 +12,6 @@
 #include "views/GuardedBrowser.h"
 #include "views/ImageLoader.h"
 
-#include <QFile>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -35,9 +34,7 @@ class TickerTest : public ::testing::Test {
 protected:
     TickerTest() {
         fixture.Load(u"Plain"_s);
-        QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/items.xml"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        fixture.home.Write(u"profiles/Reader/items.xml"_s, file.readAll());
+        fixture.home.Write(u"profiles/Reader/items.xml"_s, DataText(u"items.xml"_s).toUtf8());
         bank->init(u"Reader"_s);
     }
 
