@@ -12,16 +12,8 @@
 #include "support/FocusChain.h"
 #include "support/LocalHttpServer.h"
 
-#include <QClipboard>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTabWidget>
-#include <QTimer>
-#include <QTreeWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -155,16 +147,6 @@ protected:
     bool renameAnswer = true;
 };
 
-TEST_F(ChannelDialogsTest, TheAddressBoxTakesOnlyAWebAddressFromTheClipboard) {
-    for (const auto& [clipboard, expected] :
-         {std::pair{u"  https://example.org/feed  "_s, u"https://example.org/feed"_s},
-          std::pair{u"Some text from a letter"_s, QString()},
-          std::pair{u"http://example.org/a\nsecond line"_s, QString()}}) {
-        QGuiApplication::clipboard()->setText(clipboard);
-        EXPECT_EQ(OpenAddChannel()->txtURL()->text(), expected) << clipboard.toStdString();
-    }
-}
-
 // The lists offer the profile's own channels (not the maker's), the first other profile's (an
 // external entity in its file is never read) and the Spotlight group's. Return in the new-group box
 // once fired Ok twice, asking the main window for the group twice.
@@ -219,37 +201,12 @@ TEST_F(ChannelDialogsTest, OpmlRowsReachTheChosenGroupWithTheTypedExpiryAndReloa
     EXPECT_EQ(OpenAddChannel()->List(frmAddChannel::TabOPML)->topLevelItemCount(), 4);
 }
 
-// A group window closes only when the main window accepted the name; the channel manager rebuilds
-// the tree once, when it closes after deleting.
-TEST_F(ChannelDialogsTest, RenamingAndDeletingGoThroughTheMainWindow) {
-    frmAddGroup rename(*this, skin);
-    rename.RenameGroup(u"Science"_s);
-    rename.show();
-    QSignalSpy closed(&rename, &frmAddGroup::Closed);
-    rename.txtGroup()->setText(u"Sciences"_s);
-    renameAnswer = false;
-    QTest::keyClick(rename.txtGroup(), Qt::Key_Return);
-    EXPECT_TRUE(rename.isVisible() && closed.isEmpty());
-    renameAnswer = true;
-    QTest::mouseClick(rename.cmdOk(), Qt::LeftButton);
-    EXPECT_TRUE(!rename.isVisible() && closed.count() == 1);
-
-    frmChannelManage manage(*this, settings, skin);
-    manage.show();
-    manage.lstChannels()->topLevelItem(2)->setSelected(true);
-    manage.lstChannels()->topLevelItem(0)->setSelected(true);
-    QTest::mouseClick(manage.cmdDelete(), Qt::LeftButton);
-    EXPECT_EQ(Rows(*manage.lstChannels()), u"Arts|http://feeds.example.org/arts.xml"_s);
-    QTest::mouseClick(manage.cmdClose(), Qt::LeftButton);
-    EXPECT_EQ(calls, (QStringList{u"rename Science > Sciences"_s, u"rename Science > Sciences"_s,
-                                  u"remove http://feeds.example.org/science.xml"_s,
-                                  u"remove http://spot.example.org/rss"_s, u"user "_s + kProfile}));
-}
-
-// Every control in each window's focus chain has an accessible name; a dark skin gives dark boxes.
-TEST_F(ChannelDialogsTest, EveryWindowIsNamedForAssistiveToolsAndFollowsTheSkin) {
+// Every control in each window's focus chain has an accessible name; a dark skin gives dark boxes. A group
+// window closes only when the main window accepted the name; the channel manager rebuilds the tree once,
+// when it closes after deleting.
+TEST_F(ChannelDialogsTest, EveryWindowIsNamedAndSkinnedAndRenamingAndDeletingGoThroughTheMainWindow) {
     const auto addChannel = OpenAddChannel();
-    frmAddGroup addGroup(*this, skin);
+    frmAddGroup group(*this, skin);
     frmChannelManage manage(*this, settings, skin);
     const auto named = [](QWidget& window, QWidget* first) {
         window.show();
@@ -264,21 +221,48 @@ TEST_F(ChannelDialogsTest, EveryWindowIsNamedForAssistiveToolsAndFollowsTheSkin)
         addChannel->tabAdd()->setCurrentIndex(tab);
         EXPECT_GE(named(*addChannel, addChannel->tabAdd()->tabBar()), 5);
     }
-    EXPECT_EQ(named(addGroup, addGroup.cboGroup()), 3);
+    EXPECT_EQ(named(group, group.cboGroup()), 3);
     EXPECT_EQ(named(manage, manage.lstChannels()), 2) << "Delete is off until a row is selected";
     settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
     skin.LoadSkin();
-    for (QWidget* box : QList<QWidget*>{addChannel->txtURL(), addGroup.cboGroup(), manage.lstChannels()}) {
+    for (QWidget* box : QList<QWidget*>{addChannel->txtURL(), group.cboGroup(), manage.lstChannels()}) {
         SCOPED_TRACE(box->accessibleName().toStdString());
         EXPECT_EQ(box->palette().color(QPalette::Base), SkinColor::ToQColor(skin.GridColorEven()));
         EXPECT_LT(box->palette().color(QPalette::Base).lightness(), 128);
     }
+
+    group.RenameGroup(u"Science"_s);
+    group.show();
+    QSignalSpy closed(&group, &frmAddGroup::Closed);
+    group.txtGroup()->setText(u"Sciences"_s);
+    renameAnswer = false;
+    QTest::keyClick(group.txtGroup(), Qt::Key_Return);
+    EXPECT_TRUE(group.isVisible() && closed.isEmpty());
+    renameAnswer = true;
+    QTest::mouseClick(group.cmdOk(), Qt::LeftButton);
+    EXPECT_TRUE(!group.isVisible() && closed.count() == 1);
+    manage.show();
+    manage.lstChannels()->topLevelItem(2)->setSelected(true);
+    manage.lstChannels()->topLevelItem(0)->setSelected(true);
+    QTest::mouseClick(manage.cmdDelete(), Qt::LeftButton);
+    EXPECT_EQ(Rows(*manage.lstChannels()), u"Arts|http://feeds.example.org/arts.xml"_s);
+    QTest::mouseClick(manage.cmdClose(), Qt::LeftButton);
+    EXPECT_EQ(calls, (QStringList{u"rename Science > Sciences"_s, u"rename Science > Sciences"_s,
+                                  u"remove http://feeds.example.org/science.xml"_s,
+                                  u"remove http://spot.example.org/rss"_s, u"user "_s + kProfile}));
 }
 
-// A page naming two feeds lets the user choose one. A page without feeds is only said; a site
-// that cannot be reached may be a feed that is down just now, so subscribing to the address as
-// typed is offered. Cancel stops a search and keeps the dialog.
-TEST_F(ChannelDialogsTest, TheAddressTabFindsTheFeedsOfAPageOrOffersTheAddressAsTyped) {
+// The address box takes only a web address from the clipboard. A page naming two feeds lets the user choose
+// one. A page without feeds is only said; a site that cannot be reached may be a feed that is down just now,
+// so subscribing to the address as typed is offered. Cancel stops a search and keeps the dialog.
+TEST_F(ChannelDialogsTest, TheAddressTabTakesAWebAddressFindsTheFeedsOfAPageOrOffersTheAddressAsTyped) {
+    for (const auto& [clipboard, expected] :
+         {std::pair{u"  https://example.org/feed  "_s, u"https://example.org/feed"_s},
+          std::pair{u"Some text from a letter"_s, QString()},
+          std::pair{u"http://example.org/a\nsecond line"_s, QString()}}) {
+        QGuiApplication::clipboard()->setText(clipboard);
+        EXPECT_EQ(OpenAddChannel()->txtURL()->text(), expected) << clipboard.toStdString();
+    }
     auto dialog = OpenAddChannel();
     Search(*dialog, u"/slow"_s, u"hold"_s);
     EXPECT_EQ(State(*dialog), u"shown+searching found= calls= | Looking for feeds at site/slow ..."_s);
