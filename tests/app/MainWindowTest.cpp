@@ -85,10 +85,8 @@ template <typename T> T* TopLevel() {
 
 // The rows of data/<name>: cells split at " | "; "# " lines are comments.
 QList<QStringList> Rows(const QString& name) {
-    QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
     QList<QStringList> rows;
-    for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+    for (const QString& line : DataText(name).split(u'\n', Qt::SkipEmptyParts)) {
         if (!line.startsWith(u"# "_s)) {
             rows.append(line.split(u" | "_s));
         }
@@ -128,9 +126,8 @@ protected:
     // all for a first start.
     void Start(bool withProfile = true, bool trayAvailable = true) {
         for (const QString& name : {u"profiles.xml"_s, u"Ana/channels.xml"_s, u"Ana/groups.xml"_s}) {
-            QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
-            if (withProfile && file.open(QIODevice::ReadOnly)) {
-                home.Write(u"profiles/"_s + name, file.readAll());
+            if (withProfile) {
+                home.Write(u"profiles/"_s + name, DataText(name).toUtf8());
             }
         }
         runtime.InstallDataFolder();
@@ -147,12 +144,13 @@ protected:
         Tree().setCurrentItem(Node(key));
         ASSERT_NE(Tree().currentItem(), nullptr) << key.toStdString();
     }
-    // The window at a glance: shown, asked to end, its profile, its menu bar, maximised, kept on top.
+    // The window at a glance: its profile, shown, asked to end, its menu bar, maximised, kept on top.
     QString State() {
         const clsProfile* profile = window->ActiveProfile();
-        return u"shown=%1 ending=%2 profile=%3 menus=%4 max=%5 top=%6"_s.arg(int(window->isVisible()))
-            .arg(int(window->ExitRequested()))
+        return u"profile=%1 shown=%2 ending=%3 menus=%4 max=%5 top=%6"_s
             .arg(profile ? profile->Name() : u"-"_s)
+            .arg(int(window->isVisible()))
+            .arg(int(window->ExitRequested()))
             .arg(int(window->MenuBar()->isVisible()))
             .arg(int(window->isMaximized()))
             .arg(int(window->windowFlags().testFlag(Qt::WindowStaysOnTopHint)));
@@ -223,6 +221,9 @@ TEST_F(MainWindowTest, AFirstStartOrADamagedListAsksForANameThenShowsTheNewProfi
 TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoGroupsChangesBothNodes) {
     Start();
     EXPECT_EQ(window->focusWidget(), &Tree()) << "the keys reach the tree as soon as the window opens";
+    const FocusChain chain = FocusChain::Walk(*window, &Tree());
+    ASSERT_FALSE(chain.visited.isEmpty());
+    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
     RSSChannel& channel = Channel(kFeed);
     channel.SetNewItems(true);
     QTreeWidgetItem* group = Node(u"Science"_s);
@@ -275,33 +276,39 @@ TEST_F(MainWindowTest, ArrowKeysMoveWithoutOpeningAClickOpensAndOneChannelInTwoG
     EXPECT_NE(Node(u"Science|"_s + kFeed), nullptr);
 }
 
-TEST_F(MainWindowTest, TheDeleteKeyAsksRefusesOrDoesNothingByNode) {
+// Refused writes at the end: the user chooses between staying, trying again and leaving without the
+// list; the profile's own files are saved all the same. Exit from the tray waits for its menu to close.
+TEST_F(MainWindowTest, AnEndThatCannotSaveAsksStaysOnCancelAndOnDiscardEndsWithTheProfileSaved) {
     Start();
-    const auto pressDelete = [this] { QTest::keyClick(&Tree(), Qt::Key_Delete); };
-    for (const QStringList& row : Rows(u"delete-key.txt"_s)) {
-        SCOPED_TRACE(row.join(u" | "_s).toStdString());
-        Select(row[0]);
-        const QString said =
-            Answered(pressDelete, {row[1] == u"No"_s ? QMessageBox::No : QMessageBox::Ok}).join(u'|');
-        EXPECT_EQ(QStringList({Node(row[0]) ? u"stays"_s : u"goes"_s, said}),
-                  QStringList({row[2], row.value(3)}));
+    const QStringList files = {u"profiles/Ana/groups.xml"_s, u"profiles/Ana/channels.xml"_s};
+    for (const QString& file : files) {
+        QFile::remove(home.File(file));
     }
-    EXPECT_FALSE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Empty")) << "the deletion is saved";
-    // Yes removes a channel from its last group and offers to unsubscribe it.
-    window->AddChannel(kOther, u"Science"_s);
-    for (const auto& [url, unsubscribe] :
-         {std::pair{kFeed, QMessageBox::No}, std::pair{kOther, QMessageBox::Yes}}) {
-        SCOPED_TRACE(url.toStdString());
-        Select(u"Science|"_s + url);
-        const QStringList said = Answered(pressDelete, {QMessageBox::Yes, unsubscribe});
-        ASSERT_EQ(said.size(), 2);
-        EXPECT_TRUE(said[1].startsWith(u"This channel is no longer associated with a group."_s));
-        EXPECT_EQ(Node(u"Science|"_s + url), nullptr);
-        EXPECT_EQ(window->ActiveProfile()->GetChannel(url) != nullptr, unsubscribe == QMessageBox::No);
+    // A folder where the profile list belongs makes every save of the list fail.
+    QFile::remove(home.File(u"profiles/profiles.xml"_s));
+    home.Write(u"profiles/profiles.xml/blocker"_s, "x");
+    QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
+    QMenu& tray = *window->TrayMenu();
+    tray.popup(QPoint(10, 10));
+    Entry(tray, u"E&xit"_s)->trigger();
+    EXPECT_EQ(State(), u"profile=Ana shown=1 ending=1 menus=0 max=0 top=0"_s)
+        << "nothing goes while the menu is open";
+    const QStringList said = Answered([&tray] { tray.hide(); }, {QMessageBox::Retry, QMessageBox::Cancel});
+    ASSERT_EQ(said.size(), 2) << "Retry tries again";
+    EXPECT_TRUE(said[1].startsWith(u"Tamsel could not save:"_s)) << said[1].toStdString();
+    EXPECT_EQ(State(), u"profile=Ana shown=1 ending=0 menus=0 max=0 top=0"_s);
+    EXPECT_EQ(Answered([this] { window->ShutDown(); }, {QMessageBox::Discard}).size(), 1);
+    ASSERT_TRUE(PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs));
+    EXPECT_EQ(State(), u"profile=- shown=0 ending=1 menus=0 max=0 top=0"_s);
+    for (const QString& file : files) {
+        EXPECT_TRUE(QFile::exists(home.File(file))) << file.toStdString();
     }
+    EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Science"));
 }
 
-TEST_F(MainWindowTest, TheMenusReadAsWrittenThePopupShowsTheEntriesOfTheNodeAndChannelCommandsNeedAChannel) {
+// The menus read as written, the popup shows the entries of the node, channel commands need a
+// channel, and the Delete key asks, refuses or does nothing by node.
+TEST_F(MainWindowTest, TheMenusAndTheDeleteKeyFollowTheSelectedNode) {
     Start();
     EXPECT_EQ(Shown(*window->MenuBar()), u"&File|&Actions|&Help"_s);
     EXPECT_EQ(Shown(*window->FileMenu()), u"Export &OPML File...|-|&Profile|Change &Skin...|P&references...|"
@@ -344,6 +351,28 @@ TEST_F(MainWindowTest, TheMenusReadAsWrittenThePopupShowsTheEntriesOfTheNodeAndC
         Select(step[0]);
         const QString said = Choose(actions, step[1]).join(u'|');
         EXPECT_EQ(QStringList({state(), said}), QStringList({step[2], step.value(3)}));
+    }
+    const auto pressDelete = [this] { QTest::keyClick(&Tree(), Qt::Key_Delete); };
+    for (const QStringList& row : Rows(u"delete-key.txt"_s)) {
+        SCOPED_TRACE(row.join(u" | "_s).toStdString());
+        Select(row[0]);
+        const QString said =
+            Answered(pressDelete, {row[1] == u"No"_s ? QMessageBox::No : QMessageBox::Ok}).join(u'|');
+        EXPECT_EQ(QStringList({Node(row[0]) ? u"stays"_s : u"goes"_s, said}),
+                  QStringList({row[2], row.value(3)}));
+    }
+    EXPECT_FALSE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Empty")) << "the deletion is saved";
+    // Yes removes a channel from its last group and offers to unsubscribe it.
+    window->AddChannel(kOther, u"Science"_s);
+    for (const auto& [url, unsubscribe] :
+         {std::pair{kFeed, QMessageBox::No}, std::pair{kOther, QMessageBox::Yes}}) {
+        SCOPED_TRACE(url.toStdString());
+        Select(u"Science|"_s + url);
+        const QStringList said = Answered(pressDelete, {QMessageBox::Yes, unsubscribe});
+        ASSERT_EQ(said.size(), 2);
+        EXPECT_TRUE(said[1].startsWith(u"This channel is no longer associated with a group."_s));
+        EXPECT_EQ(Node(u"Science|"_s + url), nullptr);
+        EXPECT_EQ(window->ActiveProfile()->GetChannel(url) != nullptr, unsubscribe == QMessageBox::No);
     }
 }
 
@@ -416,60 +445,17 @@ TEST_F(MainWindowTest, TheTrayListsNewsBringsTheWindowBackSoundsForAnasGroupsAnd
     EXPECT_TRUE(shownAndMarked(false));
 }
 
-// Refused writes: the user chooses between staying, trying again and leaving without the list; the
-// profile's own files are saved all the same. Exit from the tray waits for its menu to close.
-TEST_F(MainWindowTest, AnEndThatCannotSaveAsksStaysOnCancelAndOnDiscardEndsWithTheProfileSaved) {
-    Start();
-    const QStringList files = {u"profiles/Ana/groups.xml"_s, u"profiles/Ana/channels.xml"_s};
-    for (const QString& file : files) {
-        QFile::remove(home.File(file));
-    }
-    // A folder where the profile list belongs makes every save of the list fail.
-    QFile::remove(home.File(u"profiles/profiles.xml"_s));
-    home.Write(u"profiles/profiles.xml/blocker"_s, "x");
+TEST_F(MainWindowTest, WithoutATrayTheCloseControlEndsTamsel) {
+    Start(true, false);
     QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
-    QMenu& tray = *window->TrayMenu();
-    tray.popup(QPoint(10, 10));
-    Entry(tray, u"E&xit"_s)->trigger();
-    EXPECT_EQ(State(), u"shown=1 ending=1 profile=Ana menus=0 max=0 top=0"_s)
-        << "nothing goes while the menu is open";
-    const QStringList said = Answered([&tray] { tray.hide(); }, {QMessageBox::Retry, QMessageBox::Cancel});
-    ASSERT_EQ(said.size(), 2) << "Retry tries again";
-    EXPECT_TRUE(said[1].startsWith(u"Tamsel could not save:"_s)) << said[1].toStdString();
-    EXPECT_EQ(State(), u"shown=1 ending=0 profile=Ana menus=0 max=0 top=0"_s);
-    EXPECT_EQ(Answered([this] { window->ShutDown(); }, {QMessageBox::Discard}).size(), 1);
-    ASSERT_TRUE(PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs));
-    EXPECT_EQ(State(), u"shown=0 ending=1 profile=- menus=0 max=0 top=0"_s);
-    for (const QString& file : files) {
-        EXPECT_TRUE(QFile::exists(home.File(file))) << file.toStdString();
-    }
-    EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Science"));
-}
-
-TEST_F(MainWindowTest, TheCloseControlHidesToTheTrayOrEndsWithoutOne) {
-    for (const bool tray : {true, false}) {
-        SCOPED_TRACE(tray);
-        window.reset();
-        Start(true, tray);
-        QSignalSpy unloaded(window.get(), &frmMain::Unloaded);
-        window->SkinHandler(u"close"_s);
-        EXPECT_EQ(State(), tray ? u"shown=0 ending=0 profile=Ana menus=0 max=0 top=0"_s
-                                : u"shown=0 ending=1 profile=- menus=0 max=0 top=0"_s);
-        if (tray) {
-            window->ShowAndRaise();
-            EXPECT_EQ(State(), u"shown=1 ending=0 profile=Ana menus=0 max=0 top=0"_s);
-        } else {
-            EXPECT_TRUE(PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs));
-        }
-    }
-    const FocusChain chain = FocusChain::Walk(*window, &Tree());
-    ASSERT_FALSE(chain.visited.isEmpty());
-    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+    window->SkinHandler(u"close"_s);
+    EXPECT_EQ(State(), u"profile=- shown=0 ending=1 menus=0 max=0 top=0"_s);
+    EXPECT_TRUE(PumpUntil([&unloaded] { return !unloaded.isEmpty(); }, kPumpLimitMs));
 }
 
 // The profile menu is used right after the start, as by a reader who switches at once.
 TEST_F(MainWindowTest,
-       TheProfileMenuSwitchesTheFrameFollowsTheWindowControlsAndTheFileMenuOpensThePreferences) {
+       TheFileMenuSwitchesProfilesTheWindowControlsHideFrameAndGrowItThePreferencesStoreOnOk) {
     Start();
     window->Users()->AddUser(u"Bob & Co"_s, false, true);
     window->LoadProfileMenu();
@@ -477,31 +463,80 @@ TEST_F(MainWindowTest,
     EXPECT_EQ(Shown(profiles), u"*Ana|Bob && Co|-|&New Profile..."_s);
     QFile::remove(home.File(u"profiles/Ana/groups.xml"_s));
     profiles.actions().at(1)->trigger();
-    ASSERT_TRUE(PumpUntil(
-        [this] { return window->ActiveProfile() && window->ActiveProfile()->Name() == u"Bob & Co"_s; },
-        kPumpLimitMs));
+    ASSERT_TRUE(PumpUntil([this] { return State().startsWith(u"profile=Bob & Co "_s); }, kPumpLimitMs));
     window->LoadProfileMenu();
     EXPECT_EQ(Shown(profiles), u"Ana|*Bob && Co|-|&New Profile..."_s);
     EXPECT_TRUE(home.Read(u"profiles/Ana/groups.xml"_s).contains("Science"))
         << "the switch saved the old profile";
-    EXPECT_EQ(State(), u"shown=1 ending=0 profile=Bob & Co menus=0 max=0 top=0"_s)
+    EXPECT_EQ(State(), u"profile=Bob & Co shown=1 ending=0 menus=0 max=0 top=0"_s)
         << "a skinned window starts frameless";
     QAction* onTop = Entry(*window->FileMenu(), u"Always On &Top"_s);
-    // Maximising a frameless window gains the frame and the menus first.
+    // The close control hides the window to the tray. Maximising a frameless window gains the frame
+    // and the menus first.
     const std::pair<std::function<void()>, QString> steps[] = {
-        {[this] { window->SkinHandler(u"windowframe"_s); }, u"menus=1 max=0 top=0"_s},
-        {[this] { window->SkinHandler(u"windowframe"_s); }, u"menus=0 max=0 top=0"_s},
-        {[this] { window->SkinHandler(u"max"_s); }, u"menus=1 max=1 top=0"_s},
-        {[this] { window->SkinHandler(u"max"_s); }, u"menus=1 max=0 top=0"_s},
-        {[onTop] { onTop->trigger(); }, u"menus=1 max=0 top=1"_s},
-        {[onTop] { onTop->trigger(); }, u"menus=1 max=0 top=0"_s},
+        {[this] { window->SkinHandler(u"close"_s); }, u"shown=0 ending=0 menus=0 max=0 top=0"_s},
+        {[this] { window->ShowAndRaise(); }, u"shown=1 ending=0 menus=0 max=0 top=0"_s},
+        {[this] { window->SkinHandler(u"windowframe"_s); }, u"shown=1 ending=0 menus=1 max=0 top=0"_s},
+        {[this] { window->SkinHandler(u"windowframe"_s); }, u"shown=1 ending=0 menus=0 max=0 top=0"_s},
+        {[this] { window->SkinHandler(u"max"_s); }, u"shown=1 ending=0 menus=1 max=1 top=0"_s},
+        {[this] { window->SkinHandler(u"max"_s); }, u"shown=1 ending=0 menus=1 max=0 top=0"_s},
+        {[onTop] { onTop->trigger(); }, u"shown=1 ending=0 menus=1 max=0 top=1"_s},
+        {[onTop] { onTop->trigger(); }, u"shown=1 ending=0 menus=1 max=0 top=0"_s},
     };
     for (const auto& [step, state] : steps) {
         step();
-        EXPECT_EQ(State(), u"shown=1 ending=0 profile=Bob & Co "_s + state);
+        EXPECT_EQ(State(), u"profile=Bob & Co "_s + state);
     }
-    EXPECT_TRUE(WithModal<frmPreferences>([this] { Choose(*window->FileMenu(), u"P&references..."_s); },
-                                          [](frmPreferences& dialog) { dialog.cmdCancel()->click(); }));
+    // The preferences: Cancel stores nothing; Ok writes the switches and the start entry, then removes
+    // it again; a dark skin darkens the dialog.
+    CRegSettings& settings = runtime.Settings();
+    const QString autostart = home.GetPaths().AutostartFolder() + u"/tamsel.desktop"_s;
+    // The switches as the dialog shows them: updates, sound, run at log-in, open the main window.
+    const auto boxes = [](frmPreferences& dialog) {
+        return QList<bool>{dialog.chkUpdates()->isChecked(), dialog.chkAlert()->isChecked(),
+                           dialog.chkRunStartup()->isChecked(), dialog.chkOpenMain()->isChecked()};
+    };
+    for (const bool ok : {false, true}) {
+        EXPECT_TRUE(WithModal<frmPreferences>(
+            [this] { Choose(*window->FileMenu(), u"P&references..."_s); },
+            [&boxes, ok](frmPreferences& dialog) {
+                EXPECT_EQ(boxes(dialog), (QList<bool>{true, true, false, true})) << "Cancel stores nothing";
+                for (QCheckBox* box : {dialog.chkRunStartup(), dialog.chkAlert(), dialog.chkOpenMain()}) {
+                    QTest::mouseClick(box, Qt::LeftButton);
+                }
+                QTest::mouseClick(ok ? dialog.cmdOk() : dialog.cmdCancel(), Qt::LeftButton);
+            }));
+    }
+    EXPECT_EQ((QStringList{settings.GetSetting(u"START"_s, u"CHECKUPDATE"_s, {}),
+                           settings.GetSetting(u"PREF"_s, u"ALERT"_s, {}),
+                           settings.GetSetting(u"START"_s, u"OPENMAIN"_s, {})}),
+              (QStringList{u"True"_s, u"False"_s, u"False"_s}));
+    // The desktop runs the entry's command line: the full path, without quotes.
+    QFile entry(autostart);
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(entry.readAll().contains(
+        QByteArray("\nExec=" + QCoreApplication::applicationFilePath().toUtf8() + '\n')));
+    EXPECT_EQ((QStringList{settings.Company(), settings.AppName()}),
+              (QStringList{CRegSettings::kCompany, CRegSettings::kAppName}))
+        << "the start entry's names are left again";
+
+    frmPreferences again(settings, skin);
+    again.show();
+    EXPECT_EQ(boxes(again), (QList<bool>{true, false, true, false}));
+    const FocusChain chain = FocusChain::Walk(again, again.chkUpdates());
+    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
+    EXPECT_EQ(chain.clashingKeys, QStringList());
+    EXPECT_EQ(chain.visited, (QList<QWidget*>{again.chkUpdates(), again.chkAlert(), again.chkRunStartup(),
+                                              again.chkOpenMain(), again.cmdOk(), again.cmdCancel()}));
+    QTest::mouseClick(again.chkRunStartup(), Qt::LeftButton);
+    QTest::mouseClick(again.cmdOk(), Qt::LeftButton);
+    EXPECT_FALSE(QFile::exists(autostart));
+    // A dark skin gives a dark dialog.
+    settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
+    skin.LoadSkin();
+    const QColor back = again.palette().color(QPalette::Window);
+    EXPECT_EQ(back, SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)));
+    EXPECT_LT(back.lightness(), 128);
 }
 
 TEST_F(MainWindowTest, TheChannelDialogsOpenOnTheSelectedGroupAndGroupNamesAreCheckedBeforeAnythingChanges) {
@@ -559,13 +594,16 @@ TEST_F(MainWindowTest,
     ASSERT_NE(about, nullptr);
     EXPECT_EQ(about->windowTitle(), u"About Tamsel"_s);
     EXPECT_TRUE(window->geometry().contains(about->geometry().center())) << "placed over the main window";
-    QStringList texts;
-    for (const QLabel* label : about->findChildren<QLabel*>()) {
-        texts.append(label->text());
-    }
-    EXPECT_TRUE(texts.contains(
+    const auto texts = [](const frmAbout& box) {
+        QStringList all;
+        for (const QLabel* label : box.findChildren<QLabel*>()) {
+            all.append(label->text());
+        }
+        return all;
+    };
+    EXPECT_TRUE(texts(*about).contains(
         u"Version %1.%2.%3"_s.arg(TAMSEL_VERSION_MAJOR).arg(TAMSEL_VERSION_MINOR).arg(TAMSEL_VERSION_PATCH)));
-    EXPECT_TRUE(texts.contains(u"Tamsel Website"_s)) << "the link's text for a home page off the web";
+    EXPECT_TRUE(texts(*about).contains(u"Tamsel Website"_s)) << "the link's text for a home page off the web";
     const FocusChain chain = FocusChain::Walk(*about, about->focusWidget());
     ASSERT_EQ(chain.visited.size(), 3);
     EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
@@ -586,6 +624,22 @@ TEST_F(MainWindowTest,
     about->show();
     about->SkinHandler(u"close"_s);
     EXPECT_FALSE(about->isVisible());
+    // A home page on the web reads as its address. The credits fade in, scroll up and stop.
+    frmAbout web(skin, desktop, u"https://tamsel.example/"_s, nullptr);
+    web.show();
+    EXPECT_TRUE(texts(web).contains(u"https://tamsel.example/"_s));
+    const int height = web.Credits()->height();
+    ASSERT_GT(height, 0);
+    const QColor back = web.Credits()->BackColor();
+    web.tmrCredits_Timer();
+    EXPECT_EQ(web.CreditsTop(), height - 1);
+    EXPECT_LE(std::abs(web.CreditsColour().red() - back.red()), 1) << "the text starts near invisible";
+    for (int tick = 1; tick < height + 1000; ++tick) {
+        web.tmrCredits_Timer();
+    }
+    EXPECT_EQ(web.CreditsTop(), 0);
+    EXPECT_FALSE(web.CreditsRunning());
+    EXPECT_NE(web.CreditsColour(), back) << "the text has faded in";
     const QString file = home.File(u"export.opml"_s);
     for (const bool accept : {false, true}) {
         SCOPED_TRACE(accept);
@@ -608,80 +662,6 @@ TEST_F(MainWindowTest,
         EXPECT_EQ(skin.SkinName() == u"Nightfall"_s, accept);
     }
     EXPECT_TRUE(home.Read(u"export.opml"_s).contains(kFeed.toUtf8()));
-}
-
-// A home page on the web reads as its address.
-TEST_F(MainWindowTest, TheAboutCreditsFadeInScrollUpAndStop) {
-    skin.LoadSkin();
-    frmAbout about(skin, desktop, u"https://tamsel.example/"_s, nullptr);
-    about.show();
-    const QList<QLabel*> labels = about.findChildren<QLabel*>();
-    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
-        return label->text() == u"https://tamsel.example/"_s;
-    }));
-    const int height = about.Credits()->height();
-    ASSERT_GT(height, 0);
-    const QColor back = about.Credits()->BackColor();
-    about.tmrCredits_Timer();
-    EXPECT_EQ(about.CreditsTop(), height - 1);
-    EXPECT_LE(std::abs(about.CreditsColour().red() - back.red()), 1) << "the text starts near invisible";
-    for (int tick = 1; tick < height + 1000; ++tick) {
-        about.tmrCredits_Timer();
-    }
-    EXPECT_EQ(about.CreditsTop(), 0);
-    EXPECT_FALSE(about.CreditsRunning());
-    EXPECT_NE(about.CreditsColour(), back) << "the text has faded in";
-}
-
-TEST_F(MainWindowTest,
-       PreferencesCancelStoresNothingOkWritesTheSwitchesAndTheStartEntryThenRemovesItADarkSkinDarkensThem) {
-    skin.LoadSkin();
-    CRegSettings& settings = runtime.Settings();
-    const QString autostart = home.GetPaths().AutostartFolder() + u"/tamsel.desktop"_s;
-    // The switches as the dialog shows them: updates, sound, run at log-in, open the main window.
-    const auto boxes = [](frmPreferences& dialog) {
-        return QList<bool>{dialog.chkUpdates()->isChecked(), dialog.chkAlert()->isChecked(),
-                           dialog.chkRunStartup()->isChecked(), dialog.chkOpenMain()->isChecked()};
-    };
-    for (const bool ok : {false, true}) {
-        frmPreferences dialog(settings, skin);
-        dialog.show();
-        EXPECT_EQ(boxes(dialog), (QList<bool>{true, true, false, true})) << "Cancel stores nothing";
-        for (QCheckBox* box : {dialog.chkRunStartup(), dialog.chkAlert(), dialog.chkOpenMain()}) {
-            QTest::mouseClick(box, Qt::LeftButton);
-        }
-        QTest::mouseClick(ok ? dialog.cmdOk() : dialog.cmdCancel(), Qt::LeftButton);
-    }
-    EXPECT_EQ((QStringList{settings.GetSetting(u"START"_s, u"CHECKUPDATE"_s, {}),
-                           settings.GetSetting(u"PREF"_s, u"ALERT"_s, {}),
-                           settings.GetSetting(u"START"_s, u"OPENMAIN"_s, {})}),
-              (QStringList{u"True"_s, u"False"_s, u"False"_s}));
-    // The desktop runs the entry's command line: the full path, without quotes.
-    QFile entry(autostart);
-    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(entry.readAll().contains(
-        QByteArray("\nExec=" + QCoreApplication::applicationFilePath().toUtf8() + '\n')));
-    EXPECT_EQ((QStringList{settings.Company(), settings.AppName()}),
-              (QStringList{CRegSettings::kCompany, CRegSettings::kAppName}))
-        << "the start entry's names are left again";
-
-    frmPreferences again(settings, skin);
-    again.show();
-    EXPECT_EQ(boxes(again), (QList<bool>{true, false, true, false}));
-    const FocusChain chain = FocusChain::Walk(again, again.chkUpdates());
-    EXPECT_TRUE(chain.unnamed.isEmpty()) << chain.Unnamed();
-    EXPECT_EQ(chain.clashingKeys, QStringList());
-    EXPECT_EQ(chain.visited, (QList<QWidget*>{again.chkUpdates(), again.chkAlert(), again.chkRunStartup(),
-                                              again.chkOpenMain(), again.cmdOk(), again.cmdCancel()}));
-    QTest::mouseClick(again.chkRunStartup(), Qt::LeftButton);
-    QTest::mouseClick(again.cmdOk(), Qt::LeftButton);
-    EXPECT_FALSE(QFile::exists(autostart));
-    // A dark skin gives a dark dialog.
-    settings.SaveSetting(u"SETTINGS"_s, u"SKINNAME"_s, u"Nightfall"_s);
-    skin.LoadSkin();
-    const QColor back = again.palette().color(QPalette::Window);
-    EXPECT_EQ(back, SkinColor::ToQColor(skin.FrameColor(frmTamselSkin::KindDialog)));
-    EXPECT_LT(back.lightness(), 128);
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-TEST(WindowHelpersTest, PlacementRoundTripsThroughTheSettingsAndComesBackWholeOnThisScreen) {
+TEST(WindowHelpersTest, PlacementComesBackWholeOnThisScreenBusyDisablesInputAndOnlyLiveWindowsAreLoaded) {
     TestHome home;
     CRegSettings settings(home.GetPaths());
     QWidget window;
@@ -49,10 +49,8 @@ TEST(WindowHelpersTest, PlacementRoundTripsThroughTheSettingsAndComesBackWholeOn
     settings.SaveSetting(u"ADDCHANNEL"_s, u"Saved"_s, u"True"_s);
     RestoreWindowPlacement(settings, &far, u"ADDCHANNEL"_s);
     EXPECT_EQ(far.size(), QSize(200, 200));
-}
 
-TEST(WindowHelpersTest, BusyDisablesInputAndOnlyLiveTopLevelWindowsAreLoaded) {
-    QWidget window;
+    // Busy disables input; only live top-level windows are loaded.
     BeginBusy(&window);
     EXPECT_FALSE(window.isEnabled());
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
