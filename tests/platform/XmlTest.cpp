@@ -16,8 +16,10 @@
 using namespace Qt::StringLiterals;
 
 // Whitespace between elements is no child, CDATA reads as text and internal entities are
-// substituted; a broken document gives a reason.
-TEST(XmlDocumentTest, WhitespaceBetweenElementsIsNoChildAndCdataReadsAsText) {
+// substituted. Feeds keep the blanks inside XHTML markup, where they separate words, and drop them
+// elsewhere, nested as deep as the parser allows, without recursion; other documents drop them
+// everywhere. A broken document gives a reason.
+TEST(XmlDocumentTest, WhitespaceBetweenElementsIsNoChildButAFeedsXhtmlKeepsItsWordSpaces) {
     const XmlDocument doc = XmlDocument::Parse(
         "<!DOCTYPE channel [<!ENTITY who \"Tamsel\">]><channel>\n  <title>  News &who; </title>\n  "
         "<description><![CDATA[<b>bold</b>]]></description>\n</channel>");
@@ -25,16 +27,7 @@ TEST(XmlDocumentTest, WhitespaceBetweenElementsIsNoChildAndCdataReadsAsText) {
                              "<description>&lt;b&gt;bold&lt;/b&gt;</description></channel>\n");
     // The title's words are a text node; the element holding them is none.
     EXPECT_TRUE(doc.DocumentElement().FirstChild().FirstChild().IsText() && !doc.DocumentElement().IsText());
-    QString error;
-    EXPECT_TRUE(XmlDocument::Parse("<a><b></a>", &error).IsNull());
-    EXPECT_TRUE(error.contains(u"line 1"_s));
-    EXPECT_TRUE(XmlDocument::Parse("", &error).IsNull());
-    EXPECT_TRUE(XmlDocument::Load(u"/nonexistent/file.xml"_s, &error).IsNull());
-}
 
-// Feeds keep the blanks inside XHTML markup, where they separate words, and drop them elsewhere,
-// nested as deep as the parser allows, without recursion; other documents drop them everywhere.
-TEST(XmlDocumentTest, FeedsKeepTheWordSpacesOfXhtmlMarkupOnly) {
     const QByteArray feed(
         "<feed xmlns=\"http://www.w3.org/2005/Atom\">\n <entry>\n  <content type=\"xhtml\">\n"
         "   <div xmlns=\"http://www.w3.org/1999/xhtml\"><b>a</b> <i>b</i>\n</div>\n  </content>\n"
@@ -50,6 +43,12 @@ TEST(XmlDocumentTest, FeedsKeepTheWordSpacesOfXhtmlMarkupOnly) {
         QByteArray("<a> ").repeated(kDepth) + "<b/>" + QByteArray(" </a>\n").repeated(kDepth);
     EXPECT_EQ(XmlDocument::Parse(nested, nullptr, forFeed).ToBytes(),
               QByteArray("<a>").repeated(kDepth) + "<b/>" + QByteArray("</a>").repeated(kDepth) + '\n');
+
+    QString error;
+    EXPECT_TRUE(XmlDocument::Parse("<a><b></a>", &error).IsNull());
+    EXPECT_TRUE(error.contains(u"line 1"_s));
+    EXPECT_TRUE(XmlDocument::Parse("", &error).IsNull());
+    EXPECT_TRUE(XmlDocument::Load(u"/nonexistent/file.xml"_s, &error).IsNull());
 }
 
 TEST(XmlDocumentTest, BuildsAndSavesWithoutDeclarationAtomically) {
@@ -66,15 +65,14 @@ TEST(XmlDocumentTest, BuildsAndSavesWithoutDeclarationAtomically) {
               QByteArray("<tamselprofiles><user a=\"&quot;q&quot;\"><username>Zo\xC3\xAB &amp; "
                          "&lt;Co&gt;</username></user></tamselprofiles>\n"));
 
-    // A save that cannot happen leaves the old file whole.
-    XmlDocument empty;
-    QString error;
-    EXPECT_FALSE(empty.Save(path, &error));
-    EXPECT_FALSE(error.isEmpty());
-    EXPECT_TRUE(home.Read(u"out.xml"_s).startsWith("<tamselprofiles>"));
+    // A save that cannot happen says why, and leaves the old file whole.
+    QString noRoot;
+    QString noFolder;
+    EXPECT_FALSE(XmlDocument().Save(path, &noRoot));
     EXPECT_FALSE(doc.Save(home.File(u"missing-folder/x.xml"_s)));
-    EXPECT_FALSE(doc.Save(home.File(u"missing-folder/x.xml"_s), &error));
-    EXPECT_FALSE(error.isEmpty());
+    EXPECT_FALSE(doc.Save(home.File(u"missing-folder/x.xml"_s), &noFolder));
+    EXPECT_FALSE(noRoot.isEmpty() || noFolder.isEmpty()) << noRoot.toStdString() << noFolder.toStdString();
+    EXPECT_TRUE(home.Read(u"out.xml"_s).startsWith("<tamselprofiles>"));
 
     // A created node that never joins the tree is freed with the document (checked by ASan).
     doc.CreateElement(u"orphan"_s);
@@ -110,31 +108,26 @@ TEST(XmlSecurityTest, UnmappedDtdsAndExternalEntitiesAreNeverRead) {
     for (const auto& [doctype, title, expected] : attacks) {
         QStringList titles;
         for (bool loadDtd : {true, false}) {
-            XmlParseOptions options;
-            options.loadMappedDtd = loadDtd;
             const XmlDocument doc = XmlDocument::Parse("<!DOCTYPE rss " + doctype + "><rss><channel><title>" +
                                                            title + "</title></channel></rss>",
-                                                       nullptr, options);
+                                                       nullptr, {.loadMappedDtd = loadDtd});
             titles.append(doc.IsNull() ? u"-"_s
                                        : doc.DocumentElement().SelectSingleNode(u"channel/title"_s).Text());
-            EXPECT_FALSE(!doc.IsNull() &&
-                         (doc.ToBytes().contains("PWNED") || doc.ToBytes().contains("TOPSECRET")));
+            EXPECT_FALSE(doc.ToBytes().contains("PWNED") || doc.ToBytes().contains("TOPSECRET"));
         }
         EXPECT_EQ(titles.join(u'|'), QString::fromUtf16(expected)) << doctype.toStdString();
     }
     EXPECT_FALSE(server.waitForNewConnection(0));
-    EXPECT_FALSE(server.hasPendingConnections());
 }
 
 TEST(XmlSecurityTest, BillionLaughsIsRefusedQuickly) {
-    QByteArray doc = "<!DOCTYPE lolz [<!ENTITY lol0 \"lol\">";
+    QString doc = u"<!DOCTYPE lolz [<!ENTITY lol0 \"lol\">"_s;
     for (int i = 1; i <= 9; ++i) {
-        doc += "<!ENTITY lol" + QByteArray::number(i) + " \"" +
-               QByteArray("&lol" + QByteArray::number(i - 1) + ";").repeated(10) + "\">";
+        doc += u"<!ENTITY lol%1 \"%2\">"_s.arg(i).arg(u"&lol%1;"_s.arg(i - 1).repeated(10));
     }
-    doc += "]><lolz>&lol9;</lolz>";
+    doc += u"]><lolz>&lol9;</lolz>"_s;
     QString error;
-    EXPECT_TRUE(XmlDocument::Parse(doc, &error).IsNull());
+    EXPECT_TRUE(XmlDocument::Parse(doc.toUtf8(), &error).IsNull());
     EXPECT_FALSE(error.isEmpty());
 }
 
