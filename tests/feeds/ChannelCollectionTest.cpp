@@ -24,7 +24,6 @@ protected:
         Flush();
         host.ChangeUser(&profile);
     }
-    RefreshCoordinator& Coordinator() { return host.Coordinator(); }
 };
 
 // A fresh profile saves the nine built-ins as data/fresh-channels.expected lists them; the user's
@@ -131,9 +130,9 @@ TEST_F(ChannelCollectionTest, ChangesRecountTheFoldersOnceASecondLater) {
     // The maker's channels fail their first checks (next try in an hour): they report nothing more.
     Activate(true);
     for (int i = 0; i < 6; ++i) {
-        Coordinator().ConnectRelease();
+        host.Coordinator().ConnectRelease();
     }
-    EXPECT_EQ(Coordinator().ConnCount(), 0) << "slots are never counted below zero";
+    EXPECT_EQ(host.Coordinator().ConnCount(), 0) << "slots are never counted below zero";
     clock.Advance(RSSChannel::kFirstCheckMs);
     for (const QString& url : {site.NewsURL(), site.HelpURL()}) {
         ASSERT_TRUE(http.Fail(url, "HEAD"));
@@ -159,27 +158,27 @@ TEST_F(ChannelCollectionTest, ChangesRecountTheFoldersOnceASecondLater) {
     EXPECT_EQ(host.StateChanges().mid(3),
               (QStringList{FolderKey::Flagged, FolderKey::Today, FolderKey::Yesterday, FolderKey::Week,
                            FolderKey::Deleted, FolderKey::Read, FolderKey::Unread, site.HelpURL()}));
-    EXPECT_FALSE(Coordinator().RecountPending()) << "the help channel's own change does not re-arm it";
+    EXPECT_FALSE(host.Coordinator().RecountPending()) << "the help channel's own change does not re-arm it";
 
     profile.GetChannel(FolderKey::Today)->SetNewItems(true);
     EXPECT_EQ(host.NodeIcon(FolderKey::Today), u"newitems"_s);
-    EXPECT_FALSE(Coordinator().RecountPending()) << "a folder's change";
+    EXPECT_FALSE(host.Coordinator().RecountPending()) << "a folder's change";
     profile.GetChannel(site.HelpURL())->SetState();
-    EXPECT_FALSE(Coordinator().RecountPending()) << "a report that changes nothing shown";
+    EXPECT_FALSE(host.Coordinator().RecountPending()) << "a report that changes nothing shown";
     host.ClearStateChanges();
     auto outsider = NewChannel(u"http://outside.example.org/"_s);
     outsider->SetState();
     channel->SetUsername(u"Someone else"_s);
     channel->SetNewItems(true);
     EXPECT_TRUE(host.StateChanges().isEmpty());
-    EXPECT_FALSE(Coordinator().RecountPending()) << "reports of others";
+    EXPECT_FALSE(host.Coordinator().RecountPending()) << "reports of others";
     channel->LoadRSS();
-    ASSERT_EQ(Coordinator().ConnCount(), 1);
+    ASSERT_EQ(host.Coordinator().ConnCount(), 1);
     host.ChangeUser(nullptr);
-    EXPECT_EQ(Coordinator().ConnCount(), 0) << "a dropped fetch gives its slot back";
+    EXPECT_EQ(host.Coordinator().ConnCount(), 0) << "a dropped fetch gives its slot back";
     EXPECT_TRUE(QFile::exists(ProfileFolder() + u"items.xml"_s)) << "the bank is saved on release";
-    Coordinator().StateChange(kProfile, *outsider);
-    EXPECT_FALSE(Coordinator().RecountPending()) << "no active profile";
+    host.Coordinator().StateChange(kProfile, *outsider);
+    EXPECT_FALSE(host.Coordinator().RecountPending()) << "no active profile";
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include "platform/XmlSecurity.h"
 
-#include <QRegularExpression>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -18,18 +17,15 @@ constexpr qint64 kHour = 60 * RSSChannel::kMinuteMs;
 class ChannelFetchTest : public FeedsFixture {
 protected:
     void SetUp() override { Activate(); }
-    int Slots() { return host.Coordinator().ConnCount(); }
     // What the tests follow of a channel: title, icon, whether busy, the slots held in all, its
     // items in the bank and the period of its reload timer.
     QString State(RSSChannel& channel) {
         return u"%1: %2, %3, %4 slots, %5 items, every %6 ms"_s.arg(channel.Title(), channel.GetImage())
             .arg(channel.Busy() ? u"busy"_s : u"idle"_s)
-            .arg(Slots())
+            .arg(host.Coordinator().ConnCount())
             .arg(Items(channel.URL()).size())
             .arg(channel.ReloadInterval());
     }
-
-    const QString head = u"HEAD "_s + kFeedUrl;
 };
 
 // One channel's life: the first check 7 s after creation loads whatever the header says; later
@@ -37,28 +33,30 @@ protected:
 // next tick, at most 35791 minutes (a period within that: FailedLoadsBackOffAndKeepFieldsAndItems);
 // new items open the viewer of an OpenLink channel, and ticks while it is open wait.
 TEST_F(ChannelFetchTest, TheHeadCheckDecidesTheLoad) {
+    const QString modified = u"Tue, 15 Nov 2005 14:00:00 GMT"_s;
+    const QStringList head{u"HEAD "_s + kFeedUrl};
     auto channel = NewChannel();
     clock.Advance(RSSChannel::kFirstCheckMs - 1);
     EXPECT_TRUE(http.Requests().isEmpty());
     clock.Advance(1);
-    EXPECT_EQ(http.Requests(), QStringList{head});
+    EXPECT_EQ(http.Requests(), head);
     EXPECT_EQ(State(*channel),
               u"http://feeds.example.org/news.xml: reload, busy, 1 slots, 0 items, every 3600000 ms"_s);
-    ASSERT_TRUE(http.Complete(kFeedUrl, "HEAD", QByteArray(), kModified));
-    EXPECT_EQ(channel->LastModified(), kModified) << "taken when the load starts";
-    ASSERT_TRUE(http.Complete(kFeedUrl, "GET", ExampleFeed(), kModified));
+    ASSERT_TRUE(http.Complete(kFeedUrl, "HEAD", QByteArray(), modified));
+    EXPECT_EQ(channel->LastModified(), modified) << "taken when the load starts";
+    ASSERT_TRUE(http.Complete(kFeedUrl, "GET", ExampleFeed(), modified));
     EXPECT_EQ(State(*channel), u"Example News: newitems, idle, 0 slots, 2 items, every 3600000 ms"_s);
     channel->SetNewItems(false);
 
     http.ClearRequests();
     clock.Advance(kHour);
-    ASSERT_TRUE(http.Complete(kFeedUrl, "HEAD", QByteArray(), kModified));
-    EXPECT_EQ(http.Requests(), QStringList{head}) << "no full load of an unchanged feed";
+    ASSERT_TRUE(http.Complete(kFeedUrl, "HEAD", QByteArray(), modified));
+    EXPECT_EQ(http.Requests(), head) << "no full load of an unchanged feed";
     EXPECT_EQ(State(*channel), u"Example News: unread, idle, 0 slots, 2 items, every 3600000 ms"_s);
 
     clock.Advance(kHour);
     AnswerFullCheck(kFeedUrl, ExampleFeed());
-    EXPECT_EQ(channel->LastModified(), kModified) << "a missing header keeps the one seen";
+    EXPECT_EQ(channel->LastModified(), modified) << "a missing header keeps the one seen";
     clock.Advance(kHour);
     ASSERT_TRUE(http.Fail(kFeedUrl, "HEAD"));
     ASSERT_TRUE(http.Complete(kFeedUrl, "GET", ExampleFeed()));
@@ -79,7 +77,7 @@ TEST_F(ChannelFetchTest, TheHeadCheckDecidesTheLoad) {
 
     channel->SetOpenLink(true);
     channel->LoadRSS();
-    EXPECT_EQ(http.Requests(), QStringList{head}) << "a reload by hand still checks";
+    EXPECT_EQ(http.Requests(), head) << "a reload by hand still checks";
     AnswerFullCheck(kFeedUrl, ReadData(u"example-more.xml"_s));
     const HeadlessHost::RecordedViewer* viewer = host.ViewerOf(*channel);
     ASSERT_TRUE(viewer && viewer->Visible()) << "new items show the viewer";
@@ -93,7 +91,7 @@ TEST_F(ChannelFetchTest, TheHeadCheckDecidesTheLoad) {
     EXPECT_TRUE(http.Requests().isEmpty()) << "ticks while the viewer is open only postpone";
     host.UnloadViewer(*channel);
     clock.Advance(RSSChannel::kViewerOpenDelayMs);
-    EXPECT_EQ(http.Requests(), QStringList{head}) << "the first tick after closing checks";
+    EXPECT_EQ(http.Requests(), head) << "the first tick after closing checks";
     AnswerFullCheck(kFeedUrl, ReadData(u"example-more.xml"_s));
     EXPECT_FALSE(channel->IsViewerLoaded()) << "the same items again change nothing";
 }
@@ -179,7 +177,8 @@ TEST_F(ChannelFetchTest, ChannelsShareFourSlots) {
     channel->ForceLoadRSS();
     channel->ForceLoadRSS();
     channel->LoadRSS();
-    EXPECT_EQ(Slots(), 3) << "a forced load takes no slot, a tick while busy gives its slot back";
+    EXPECT_EQ(host.Coordinator().ConnCount(), 3)
+        << "a forced load takes no slot, a tick while busy gives its slot back";
     EXPECT_EQ(http.Requests(), QStringList{u"GET "_s + kFeedUrl}) << "no second load and no HEAD while busy";
     ASSERT_TRUE(http.Complete(kFeedUrl, "GET", ExampleFeed()));
     EXPECT_EQ(State(*channel), u"Example News: newitems, idle, 3 slots, 2 items, every 3600000 ms"_s)
@@ -235,16 +234,10 @@ TEST_F(ChannelFetchTest, LoadedFeedsLeaveTheExpectedRecordAndItems) {
 
 // The rows of data/item-dates.txt.
 TEST(ParseItemDateTest, ReadsTheFormsLeftByTheStylesheet) {
-    const QStringList rows = QString::fromUtf8(ReadData(u"item-dates.txt"_s))
-                                 .split(u'\n', Qt::SkipEmptyParts)
-                                 .filter(QRegularExpression(u"^[^#]"_s));
-    ASSERT_EQ(rows.size(), 17);
-    for (const QString& line : rows) {
-        // An invalid date gives an empty text.
-        EXPECT_EQ(RSSChannel::ParseItemDate(line.section(u'|', 0, 0)).toString(u"yyyy-MM-dd HH:mm:ss"_s),
-                  line.section(u'|', 1))
-            << line.toStdString();
-    }
+    ExpectTable("item-dates.txt", 17, [](const QString& text) {
+        const QDateTime date = RSSChannel::ParseItemDate(text);
+        return date.isValid() ? date.toString(u"yyyy-MM-dd HH:mm:ss"_s) : u"none"_s;
+    });
 }
 
 } // namespace

@@ -20,12 +20,7 @@ protected:
         channel->LoadLocal(ProfileFolder());
         return channel;
     }
-    size_t Deleted(const QString& url = FolderKey::Deleted) const {
-        return Bank().SubChannelList(url, FolderKey::Deleted, QString()).size();
-    }
-
-    static inline const QString kLogo = u"http://img.example.org/logo.png"_s;
-    const QString picture = ProfileFolder() + u"D4.jpg"_s;
+    size_t Deleted() const { return Bank().SubChannelList(kFeedUrl, FolderKey::Deleted, QString()).size(); }
 };
 
 // Each data/record-*.xml element, read into a channel titled "Before", is written back as the bytes
@@ -48,8 +43,8 @@ TEST_F(ChannelRecordTest, RecordsAreReadLenientlyAndWrittenInTheFixedOrder) {
 
 // Deleting, flagging and marking read act on the bank; the icon follows the state in the order
 // help, flagged, reload, err, newitems, then unread or read (the fetch tests see reload, err over
-// newitems, and read); removing a channel keeps its deleted items (that it takes the others is
-// asserted by ProfileGroupsTest), takes its logo file and stops its checks.
+// newitems, and read); removing a channel keeps its deleted items and stops its checks (that it
+// takes the other items: ProfileGroupsTest; its logo file: LogoIsDownloadedOnceIntoTheProfileFolder).
 TEST_F(ChannelRecordTest, ItemsIconAndRemoval) {
     auto channel = NewChannel();
     StoreItems(kFeedUrl, 3);
@@ -81,10 +76,8 @@ TEST_F(ChannelRecordTest, ItemsIconAndRemoval) {
     auto unreadFolder = NewChannel(FolderKey::Unread);
     EXPECT_EQ(unreadFolder->GetImage(), u"unread"_s) << "an empty Unread folder still shows unread";
 
-    home.Write(u"profiles/Tester/"_s + channel->ID() + u".jpg"_s, "picture");
     channel->KillMe();
-    EXPECT_FALSE(QFile::exists(ProfileFolder() + channel->ID() + u".jpg"_s));
-    EXPECT_EQ(Deleted(kFeedUrl), 1u) << "deleted items stay";
+    EXPECT_EQ(Deleted(), 1u) << "deleted items stay";
     http.ClearRequests();
     clock.Advance(RSSChannel::kBackOffMs);
     EXPECT_FALSE(http.Requests().join(u' ').contains(kFeedUrl)) << "a removed channel no longer checks";
@@ -134,19 +127,22 @@ TEST_F(ChannelRecordTest, ViewerIsPlacedAndItsGeometryKept) {
                            u"caption "_s, u"setup http://example.org/z.xml|"_s, u"show"_s}));
 }
 
-// The logo comes only from channels.xml and is downloaded once into the profile folder; a failed
-// download writes nothing, and only web addresses are fetched. An id that leaves the profile folder
-// names no file: no logo is written, no cached feed read and nothing deleted outside it.
+// The logo comes only from channels.xml, is downloaded once into the profile folder and goes with
+// the channel; a failed download writes nothing, and only web addresses are fetched. An id that
+// leaves the profile folder names no file: no logo is written, no cached feed read and nothing
+// deleted outside it.
 TEST_F(ChannelRecordTest, LogoIsDownloadedOnceIntoTheProfileFolder) {
     ASSERT_TRUE(QDir().mkpath(ProfileFolder()));
+    const QString logo = u"http://img.example.org/logo.png"_s;
+    const QString picture = ProfileFolder() + u"D4.jpg"_s;
     const QString record =
         u"<channel><url>http://feeds.example.org/x</url><id>%1</id><image><url>%2</url></image></channel>"_s;
     const QByteArray bytes("\x89PNG picture bytes", 18);
-    http.AnswerAlways(kLogo, "GET", FakeHttpClient::Answer{bytes, {}, false});
+    http.AnswerAlways(logo, "GET", FakeHttpClient::Answer{bytes, {}, false});
     home.Write(u"outside.xml"_s, ExampleFeed());
     home.Write(u"outside.jpg"_s, "picture");
     home.Write(u"outside_tmp.html"_s, "<html/>");
-    auto hostile = Loaded(record.arg(u"../../outside"_s, kLogo));
+    auto hostile = Loaded(record.arg(u"../../outside"_s, logo));
     EXPECT_FALSE(hostile->LocalLoad());
     EXPECT_TRUE(hostile->GetRSSImage().isEmpty());
     hostile->KillMe();
@@ -155,17 +151,18 @@ TEST_F(ChannelRecordTest, LogoIsDownloadedOnceIntoTheProfileFolder) {
     EXPECT_TRUE(QFile::exists(home.File(u"outside_tmp.html"_s)));
     EXPECT_TRUE(http.Requests().isEmpty());
 
-    auto channel = Loaded(record.arg(u"D4"_s, kLogo));
+    auto channel = Loaded(record.arg(u"D4"_s, logo));
     EXPECT_EQ(channel->GetRSSImage(), picture);
     EXPECT_EQ(home.Read(u"profiles/Tester/D4.jpg"_s), bytes);
     EXPECT_EQ(channel->GetRSSImage(), picture) << "asked again, the stored file answers";
-    EXPECT_EQ(Loaded(record.arg(u"D4"_s, kLogo))->GetRSSImage(), picture) << "a later start finds it";
-    EXPECT_EQ(http.Requests(), QStringList{u"GET "_s + kLogo});
-    ASSERT_TRUE(QFile::remove(picture));
-    http.AnswerAlways(kLogo, "GET", FakeHttpClient::Answer{{}, {}, true});
+    EXPECT_EQ(Loaded(record.arg(u"D4"_s, logo))->GetRSSImage(), picture) << "a later start finds it";
+    EXPECT_EQ(http.Requests(), QStringList{u"GET "_s + logo});
+    channel->KillMe();
+    EXPECT_FALSE(QFile::exists(picture)) << "a removed channel takes its logo file";
+    http.AnswerAlways(logo, "GET", FakeHttpClient::Answer{{}, {}, true});
     home.Write(u"secret.txt"_s, "secret");
     // The download fails; the others are not web addresses.
-    for (const QString& address : {kLogo, QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toString(),
+    for (const QString& address : {logo, QUrl::fromLocalFile(home.File(u"secret.txt"_s)).toString(),
                                    u"tamsel://site/tamsel/news.xml"_s, u"ftp://example.org/logo.png"_s}) {
         EXPECT_TRUE(Loaded(record.arg(u"D4"_s, address))->GetRSSImage().isEmpty()) << address.toStdString();
         EXPECT_FALSE(QFile::exists(picture));

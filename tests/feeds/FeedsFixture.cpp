@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FeedsFixture.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-
 FeedsFixture::FeedsFixture(bool serveSpotlight, Network kind)
     : settings(home.GetPaths()),
       network(kind == Network::Real ? std::make_unique<NetworkHttpClient>(home.GetPaths()) : nullptr),
@@ -58,24 +55,4 @@ void FeedsFixture::StoreItems(const QString& url, int count) {
     for (int i = 0; i < count; ++i) {
         ASSERT_TRUE(Bank().AddItem(XmlDocument::Parse(item.arg(url).arg(i).toUtf8()).DocumentElement()));
     }
-}
-
-void FeedsFixture::Flush() {
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-QByteArray ReadData(const QString& name) {
-    QFile file(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList DataFiles(const QString& pattern) {
-    return QDir(QStringLiteral(TAMSEL_TEST_DATA_DIR)).entryList({pattern}, QDir::Files, QDir::Name);
-}
-
-QByteArray ElementBytes(RSSChannel& channel) {
-    XmlDocument doc;
-    doc.SetDocumentElement(channel.SaveXML(doc));
-    return doc.ToBytes();
 }

@@ -14,21 +14,26 @@
 #include "platform/CRegSettings.h"
 #include "platform/HttpClient.h"
 #include "platform/XsltStylesheet.h"
+#include "support/DataRows.h"
 #include "support/FakeClock.h"
 #include "support/FakeHttpClient.h"
-#include "support/QStringPrinter.h"
 #include "support/RecordingDesktop.h"
 #include "support/TestHome.h"
 
+#include <QCoreApplication>
 #include <QDir>
-#include <QFile>
+#include <QEvent>
 #include <gtest/gtest.h>
 #include <memory>
 
 // A file of the suite's data folder, whole; empty when it cannot be read.
-QByteArray ReadData(const QString& name);
+inline QByteArray ReadData(const QString& name) {
+    return ReadFile(QStringLiteral(TAMSEL_TEST_DATA_DIR "/") + name);
+}
 // The names of the data files that match `pattern`, sorted.
-QStringList DataFiles(const QString& pattern);
+inline QStringList DataFiles(const QString& pattern) {
+    return QDir(QStringLiteral(TAMSEL_TEST_DATA_DIR)).entryList({pattern}, QDir::Files, QDir::Name);
+}
 
 // A profile ("Tester") on a fake clock and a fake network, held by a headless host that uses
 // the shipped namespace stylesheet. Nothing is active until Activate. The Spotlight list is not
@@ -37,7 +42,6 @@ class FeedsFixture : public ::testing::Test {
 protected:
     static inline const QString kProfile = QStringLiteral("Tester");
     static inline const QString kFeedUrl = QStringLiteral("http://feeds.example.org/news.xml");
-    static inline const QString kModified = QStringLiteral("Tue, 15 Nov 2005 14:00:00 GMT");
 
     // With `Network::Real` the profile fetches through a real network client (the integration
     // tests serve their feeds from a local server) and `http` stays idle.
@@ -65,7 +69,10 @@ protected:
     // Stores `count` unread items of `url` in the active profile's bank.
     void StoreItems(const QString& url, int count);
     // Lets queued events run, and the requests that channels dropped be destroyed.
-    static void Flush();
+    static void Flush() {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
     HttpClient& Client() { return network ? static_cast<HttpClient&>(*network) : http; }
 
     TestHome home;
@@ -82,4 +89,8 @@ protected:
 };
 
 // The channel's channels.xml element alone, serialised.
-QByteArray ElementBytes(RSSChannel& channel);
+inline QByteArray ElementBytes(RSSChannel& channel) {
+    XmlDocument doc;
+    doc.SetDocumentElement(channel.SaveXML(doc));
+    return doc.ToBytes();
+}
